@@ -1,0 +1,208 @@
+#include "quillon/platform/archive.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace quillon {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+template <typename T>
+Bytes stored(const T& value) {
+    std::ostringstream out;
+    Archive ar(out);
+    ar << value;
+    const std::string s = out.str();
+    return Bytes(s.begin(), s.end());
+}
+
+std::istringstream streamOf(const Bytes& bytes) {
+    return std::istringstream(std::string(bytes.begin(), bytes.end()));
+}
+
+template <typename T>
+T loaded(const Bytes& bytes) {
+    auto in = streamOf(bytes);
+    Archive ar(in);
+    T value{};
+    ar >> value;
+    return value;
+}
+
+TEST(Archive, NumbersAreLittleEndianInTheirWidth) {
+    EXPECT_EQ(stored(std::int8_t{-2}), (Bytes{0xFE}));
+    EXPECT_EQ(stored(std::uint16_t{0x1234}), (Bytes{0x34, 0x12}));
+    EXPECT_EQ(stored(std::int16_t{-2}), (Bytes{0xFE, 0xFF}));
+    EXPECT_EQ(stored(std::int32_t{0x01020304}), (Bytes{0x04, 0x03, 0x02, 0x01}));
+    EXPECT_EQ(stored(std::uint32_t{0xFFFFFFFEu}), (Bytes{0xFE, 0xFF, 0xFF, 0xFF}));
+    EXPECT_EQ(stored(std::int64_t{-1}), Bytes(8, 0xFF));
+    EXPECT_EQ(stored(std::uint64_t{0x0102030405060708ull}),
+              (Bytes{0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01}));
+    EXPECT_EQ(stored(1.0), (Bytes{0, 0, 0, 0, 0, 0, 0xF0, 0x3F}));
+    EXPECT_EQ(stored(-2.5f), (Bytes{0, 0, 0x20, 0xC0}));
+}
+
+TEST(Archive, NumbersRoundTripIncludingExtremes) {
+    std::ostringstream out;
+    Archive st(out);
+    st << std::int8_t{-128} << std::uint8_t{255} << std::int16_t{-32768} << std::uint16_t{65535}
+       << std::int32_t{INT32_MIN} << std::uint32_t{UINT32_MAX} << std::int64_t{INT64_MIN}
+       << std::uint64_t{UINT64_MAX} << -0.0f << 1e-310 << -1.7976931348623157e308;
+    std::istringstream in(out.str());
+    Archive ld(in);
+    std::int8_t a;
+    std::uint8_t b;
+    std::int16_t c;
+    std::uint16_t d;
+    std::int32_t e;
+    std::uint32_t f;
+    std::int64_t g;
+    std::uint64_t h;
+    float i;
+    double j, k;
+    ld >> a >> b >> c >> d >> e >> f >> g >> h >> i >> j >> k;
+    EXPECT_EQ(a, -128);
+    EXPECT_EQ(b, 255);
+    EXPECT_EQ(c, -32768);
+    EXPECT_EQ(d, 65535);
+    EXPECT_EQ(e, INT32_MIN);
+    EXPECT_EQ(f, UINT32_MAX);
+    EXPECT_EQ(g, INT64_MIN);
+    EXPECT_EQ(h, UINT64_MAX);
+    EXPECT_TRUE(i == 0.0f && std::signbit(i));
+    EXPECT_EQ(j, 1e-310);
+    EXPECT_EQ(k, -1.7976931348623157e308);
+}
+
+// Each boundary of the length prefix, by its exact bytes, then read back.
+TEST(Archive, WideStringLengthPrefixesAtEveryBoundary) {
+    struct Case {
+        std::size_t length;
+        Bytes prefix;
+    };
+    const std::vector<Case> cases = {
+        {0, {0xFF, 0xFE, 0xFF, 0x00}},
+        {254, {0xFF, 0xFE, 0xFF, 0xFE}},
+        {255, {0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0x00}},
+        {65533, {0xFF, 0xFE, 0xFF, 0xFF, 0xFD, 0xFF}},
+        {65534, {0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0x00, 0x00}},
+        {65535, {0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00, 0x00}},
+        {70000, {0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0x70, 0x11, 0x01, 0x00}},
+    };
+    for (const auto& c : cases) {
+        std::wstring text(c.length, L'x');
+        if (c.length) text.back() = L'\u00e9';
+        const Bytes bytes = stored(text);
+        ASSERT_EQ(bytes.size(), c.prefix.size() + 2 * c.length) << c.length;
+        EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + c.prefix.size()), c.prefix) << c.length;
+        if (c.length) {
+            EXPECT_EQ(bytes[c.prefix.size()], 'x');
+            EXPECT_EQ(bytes[c.prefix.size() + 1], 0);
+            EXPECT_EQ(bytes[bytes.size() - 2], 0xE9);
+            EXPECT_EQ(bytes[bytes.size() - 1], 0x00);
+        }
+        EXPECT_EQ(loaded<std::wstring>(bytes), text) << c.length;
+    }
+}
+
+TEST(Archive, CharactersAboveTheBasicPlaneTravelAsSurrogatePairs) {
+    std::wstring text = L"a";
+    if constexpr (sizeof(wchar_t) == 2) {
+        text += L"\xD83D\xDE00";
+    } else {
+        text += static_cast<wchar_t>(0x1F600);
+    }
+    const Bytes bytes = stored(text);
+    EXPECT_EQ(bytes, (Bytes{0xFF, 0xFE, 0xFF, 3, 'a', 0, 0x3D, 0xD8, 0x00, 0xDE}));
+    EXPECT_EQ(loaded<std::wstring>(bytes), text);
+}
+
+TEST(Archive, ReadsTheNarrowStringForm) {
+    EXPECT_EQ(loaded<std::wstring>(Bytes{3, 'a', 'b', 0x80}), L"ab\u20ac");  // 0x80 is the euro
+    EXPECT_EQ(loaded<std::wstring>(Bytes{1, 0xE9}), L"\u00e9");
+    Bytes longer{0xFF, 0x2C, 0x01};  // 300 characters in the 16-bit form
+    longer.insert(longer.end(), 300, 'z');
+    EXPECT_EQ(loaded<std::wstring>(longer), std::wstring(300, L'z'));
+}
+
+TEST(Archive, ReadingPastTheEndThrowsEndOfFile) {
+    auto expectEof = [](const Bytes& bytes, auto value) {
+        auto in = streamOf(bytes);
+        Archive ar(in);
+        try {
+            ar >> value;
+            ADD_FAILURE() << "no exception";
+        } catch (const ArchiveException& e) {
+            EXPECT_EQ(e.cause, ArchiveException::endOfFile);
+        }
+    };
+    expectEof({}, std::int32_t{});
+    expectEof({1, 2, 3}, std::int32_t{});
+    expectEof({1, 2, 3, 4, 5, 6, 7}, double{});
+    expectEof({0xFF, 0xFE, 0xFF, 4, 'a', 0}, std::wstring{});
+    // A damaged length that promises four billion characters fails without allocating them.
+    expectEof({0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 'a', 0}, std::wstring{});
+    expectEof({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F},
+              std::wstring{});
+}
+
+TEST(Archive, DirectionIsEnforced) {
+    std::ostringstream out;
+    Archive st(out);
+    EXPECT_TRUE(st.IsStoring());
+    EXPECT_FALSE(st.IsLoading());
+    std::int32_t v = 0;
+    try {
+        st >> v;
+        ADD_FAILURE();
+    } catch (const ArchiveException& e) {
+        EXPECT_EQ(e.cause, ArchiveException::writeOnly);
+    }
+    std::istringstream in("abcd");
+    Archive ld(in);
+    EXPECT_TRUE(ld.IsLoading());
+    try {
+        ld << v;
+        ADD_FAILURE();
+    } catch (const ArchiveException& e) {
+        EXPECT_EQ(e.cause, ArchiveException::readOnly);
+    }
+}
+
+// Random byte soup must give a string or endOfFile, nothing else, and random texts round-trip.
+TEST(Archive, RandomStringsRoundTripAndGarbageOnlyEndsInEndOfFile) {
+    std::mt19937 rng(1234);
+    for (int round = 0; round < 300; ++round) {
+        std::wstring text;
+        const int n = static_cast<int>(rng() % 400);
+        for (int i = 0; i < n; ++i) {
+            std::uint32_t c = rng() % 0x11000;
+            if (c >= 0xD800 && c < 0xE000) c = 'q';
+            if constexpr (sizeof(wchar_t) == 2) {
+                if (c > 0xFFFF) c = 'w';
+            }
+            text.push_back(static_cast<wchar_t>(c));
+        }
+        EXPECT_EQ(loaded<std::wstring>(stored(text)), text);
+
+        Bytes garbage(rng() % 24);
+        for (auto& b : garbage) b = static_cast<unsigned char>(rng());
+        auto in = streamOf(garbage);
+        Archive ar(in);
+        std::wstring s;
+        try {
+            ar >> s;
+        } catch (const ArchiveException& e) {
+            EXPECT_EQ(e.cause, ArchiveException::endOfFile);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace quillon
