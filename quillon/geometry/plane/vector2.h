@@ -2,11 +2,12 @@
 //
 // The three types share one layout (two doubles x, y) and differ only in meaning: a Point2 is a
 // position, a Vector2 a displacement, a Node2 a bare pair (also used for pairs of scale factors).
-// Each can be viewed as either of the others in place (`pnt()`, `vec()`, `nod()`), which is why they
-// are kept standard-layout with exactly two doubles and nothing else.
+// Each can be viewed as either of the others in place (`pnt()`, `vec()`, `nod()`), which is why
+// they are kept standard-layout with exactly two doubles and nothing else.
 #pragma once
 
 #include <cmath>
+#include <numbers>
 #include <type_traits>
 
 namespace quillon {
@@ -20,7 +21,7 @@ struct Node2;
 inline double PolarAngle2(double x, double y) {
     if (x == 0.0) {
         if (y == 0.0) return 0.0;
-        return y < 0.0 ? -M_PI_2 : M_PI_2;
+        return y < 0.0 ? -(std::numbers::pi / 2.0) : (std::numbers::pi / 2.0);
     }
     const double t = std::fabs(std::atan2(y, x));
     return y >= 0.0 ? t : -t;
@@ -131,9 +132,9 @@ struct Vector2 {
     double angle(const Vector2& w) const {
         double d = w.angle() - angle();
         if (d > 3.141592653589793) {
-            d -= 2.0 * M_PI;
+            d -= 2.0 * std::numbers::pi;
         } else if (d < -3.141592653589793) {
-            d += 2.0 * M_PI;
+            d += 2.0 * std::numbers::pi;
         }
         return d;
     }
@@ -205,10 +206,10 @@ static_assert(std::is_standard_layout_v<Point2> && std::is_standard_layout_v<Vec
 static_assert(sizeof(Point2) == 2 * sizeof(double) && sizeof(Vector2) == sizeof(Point2) &&
               sizeof(Node2) == sizeof(Point2));
 
-inline constexpr Point2 Point2::_OO{0.0, 0.0};
-inline constexpr Vector2 Vector2::_OO{0.0, 0.0};
-inline constexpr Vector2 Vector2::_Ox{1.0, 0.0};
-inline constexpr Vector2 Vector2::_Oy{0.0, 1.0};
+inline const Point2 Point2::_OO{0.0, 0.0};
+inline const Vector2 Vector2::_OO{0.0, 0.0};
+inline const Vector2 Vector2::_Ox{1.0, 0.0};
+inline const Vector2 Vector2::_Oy{0.0, 1.0};
 
 inline Point2& Point2::copy(const Vector2& o) { return set(o.x, o.y); }
 inline Point2& Point2::copy(const Node2& o) { return set(o.x, o.y); }

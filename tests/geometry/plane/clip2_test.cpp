@@ -1,0 +1,108 @@
+#include "quillon/geometry/plane/clip2.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace quillon {
+namespace {
+
+::testing::AssertionResult Same(const Point2& p, const Point2& q) {
+    if (p.x == q.x && p.y == q.y) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure()
+           << "(" << p.x << ", " << p.y << ") != (" << q.x << ", " << q.y << ")";
+}
+
+TEST(Clip2, ValidityIsDecidedLazilyAndRejectsContradictions) {
+    Clip2 all;
+    EXPECT_EQ(all.get_state(), 1);
+    EXPECT_TRUE(all.clip_point(Point2(1e300, -1e300)));
+
+    Clip2 bad;
+    bad.set(1, 0, 0, 1);
+    EXPECT_EQ(bad.get_state(), 0);
+    EXPECT_FALSE(bad.clip_point(Point2(0.5, 0.5)));
+    EXPECT_EQ(bad.get_state(), -1);
+    Point2 p(0.5, 0.5), q(0.6, 0.6);
+    EXPECT_FALSE(bad.clip_line(p, q));
+    EXPECT_EQ(p.x, 0.5);
+    bad.reset_xR();  // only xL left on the x pair
+    EXPECT_TRUE(bad.is_valid());
+}
+
+TEST(Clip2, OutcodesAndHalfPlane) {
+    Clip2 c(0, 1, 0, 1);
+    EXPECT_EQ(c.point_code(Point2(-1, -1)), 1 + 4);
+    EXPECT_EQ(c.point_code(Point2(2, 2)), 2 + 8);
+    EXPECT_EQ(c.point_code(Point2(1, 0)), 0);  // on the limits: inside
+
+    Clip2 half;
+    half.set_xL(0.0);
+    EXPECT_TRUE(half.clip_point(Point2(0, -1e9)));
+    EXPECT_FALSE(half.clip_point(Point2(-1e-9, 0)));
+    Point2 p(-2, 0), q(2, 4);
+    ASSERT_TRUE(half.clip_line(p, q));
+    EXPECT_DOUBLE_EQ(p.x, 0.0);
+    EXPECT_DOUBLE_EQ(p.y, 2.0);
+    EXPECT_EQ(q.x, 2.0);
+}
+
+TEST(Clip2, ClippedSegmentKeepsCallersPointOrder) {
+    Clip2 c(0, 1, 0, 1);
+    Point2 p(2, 0.5), q(-1, 0.5);
+    ASSERT_TRUE(c.clip_line(p, q));
+    EXPECT_TRUE(Same(p, Point2(1, 0.5)));
+    EXPECT_TRUE(Same(q, Point2(0, 0.5)));
+    Point2 a(-1, 0.5), b(2, 0.5);
+    ASSERT_TRUE(c.clip_line(a, b));
+    EXPECT_TRUE(Same(a, Point2(0, 0.5)));
+    EXPECT_TRUE(Same(b, Point2(1, 0.5)));
+    Point2 e(0, 0.25), f(0.5, 0.75);  // one end on a limit: unchanged
+    ASSERT_TRUE(c.clip_line(e, f));
+    EXPECT_TRUE(Same(e, Point2(0, 0.25)));
+    EXPECT_TRUE(Same(f, Point2(0.5, 0.75)));
+}
+
+TEST(Clip2, RejectedSegmentMayComeBackClipped) {
+    Clip2 c(0, 1, 0, 1);
+    Point2 p(-1, 0.2), q(-0.5, 3);  // wholly left: untouched
+    EXPECT_FALSE(c.clip_line(p, q));
+    EXPECT_TRUE(Same(p, Point2(-1, 0.2)));
+    EXPECT_TRUE(Same(q, Point2(-0.5, 3)));
+    // Crosses the line x = 0 below the square: moved onto xL first, then found below.
+    Point2 a(-1, 0.5), b(3, -3);
+    EXPECT_FALSE(c.clip_line(a, b));
+    EXPECT_DOUBLE_EQ(a.x, 0.0);
+    EXPECT_DOUBLE_EQ(a.y, -0.375);
+    EXPECT_TRUE(Same(b, Point2(3, -3)));
+    // Given the other way round, the other end is moved twice (right side, then bottom) before
+    // both ends are found left of the square.
+    Point2 e(3, -3), f(-1, 0.5);
+    EXPECT_FALSE(c.clip_line(e, f));
+    EXPECT_DOUBLE_EQ(e.x, 1.0 - 2.5 / 1.75);
+    EXPECT_DOUBLE_EQ(e.y, 0.0);
+    EXPECT_TRUE(Same(f, Point2(-1, 0.5)));
+}
+
+TEST(Clip2, AcceptedSegmentsLieInsideAndOnTheOriginalLine) {
+    std::mt19937 rng(11);
+    std::uniform_real_distribution<double> u(-3.0, 3.0);
+    Clip2 c(-1, 1, -0.5, 2);
+    for (int i = 0; i < 2000; ++i) {
+        const Point2 p0(u(rng), u(rng)), q0(u(rng), u(rng));
+        Point2 p = p0, q = q0;
+        if (!c.clip_line(p, q)) continue;
+        for (const Point2& x : {p, q}) {
+            EXPECT_GE(x.x, -1 - 1e-12);
+            EXPECT_LE(x.x, 1 + 1e-12);
+            EXPECT_GE(x.y, -0.5 - 1e-12);
+            EXPECT_LE(x.y, 2 + 1e-12);
+            EXPECT_NEAR((q0 - p0) % (x - p0), 0.0, 1e-9);
+        }
+        // Order kept: the clipped piece points the same way as the original.
+        EXPECT_GE((q - p) * (q0 - p0), -1e-12);
+    }
+}
+
+}  // namespace
+}  // namespace quillon

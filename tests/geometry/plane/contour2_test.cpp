@@ -1,0 +1,326 @@
+#include "quillon/geometry/plane/contour2.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+namespace quillon {
+namespace {
+
+std::vector<Point2> Square(double x0, double y0, double size) {
+    return {{x0, y0}, {x0 + size, y0}, {x0 + size, y0 + size}, {x0, y0 + size}};
+}
+
+bool SamePoint(const Point2& p, const Point2& q, double tol = 1e-12) {
+    return p.distance(q) <= tol;
+}
+
+TEST(Contour2, SignedAreaIsPositiveButOrientationIsMinusOneForCounterClockwise) {
+    Contour2 ccw(Square(0, 0, 1), 1e-10);
+    EXPECT_DOUBLE_EQ(ccw.SignedArea(), 1.0);
+    EXPECT_EQ(ccw.Orientation(), -1);
+    std::vector<Point2> rev = Square(0, 0, 1);
+    std::reverse(rev.begin(), rev.end());
+    Contour2 cw(rev, 1e-10);
+    EXPECT_DOUBLE_EQ(cw.SignedArea(), -1.0);
+    EXPECT_DOUBLE_EQ(cw.Area(), 1.0);
+    EXPECT_EQ(cw.Orientation(), 1);
+    EXPECT_DOUBLE_EQ(cw.Perimeter(), 4.0);
+    EXPECT_EQ(Contour2({{0, 0}, {1, 1}}, 1e-10).SignedArea(), 0.0);
+    EXPECT_EQ(Contour2({{1, 1}, {1, 1}, {1, 1}}, 1e-10).Orientation(), 0);  // no extent
+    // Area over the larger side within tol: undecided.
+    EXPECT_EQ(Contour2({{0, 0}, {10, 0}, {10, 1e-3}}, 1e-3).Orientation(), 0);
+}
+
+TEST(Segment2, ContactCodesAndPoints) {
+    Point2 x;
+    const Segment2 s({0, 0}, {2, 0}, 1e-9);
+    EXPECT_EQ(s.SegmentIntersection(Segment2({1, -1}, {1, 1}), x), 1);
+    EXPECT_TRUE(SamePoint(x, {1, 0}));
+    EXPECT_EQ(s.SegmentIntersection(Segment2({2, 0}, {3, 5}), x), 2);  // shared end point
+    EXPECT_TRUE(SamePoint(x, {2, 0}));
+    EXPECT_EQ(s.SegmentIntersection(Segment2({1, 0}, {1, 3}), x), 3);  // touching
+    EXPECT_TRUE(SamePoint(x, {1, 0}));
+    EXPECT_EQ(s.SegmentIntersection(Segment2({1, 0}, {5, 0}), x), 3);   // collinear overlap
+    EXPECT_TRUE(SamePoint(x, {2, 0}));                                  // this.second found last
+    EXPECT_EQ(s.SegmentIntersection(Segment2({3, 0}, {5, 0}), x), 0);   // collinear, apart
+    EXPECT_EQ(s.SegmentIntersection(Segment2({0, 1}, {2, 1}), x), 0);   // parallel
+    EXPECT_EQ(s.SegmentIntersection(Segment2({3, -1}, {3, 1}), x), 0);  // lines cross outside
+    EXPECT_EQ(s.SegmentIntersection(Segment2({5, 5}, {5, 5}), x), 1);   // degenerate
+    EXPECT_TRUE(SamePoint(x, {5, 5}));
+
+    EXPECT_TRUE(s.Contains({2, 0}, false));
+    EXPECT_FALSE(s.Contains({2, 0}, true));
+    EXPECT_TRUE(s.Contains({1, 1e-10}, true));
+    EXPECT_FALSE(s.Contains({3, 0}, false));
+    EXPECT_DOUBLE_EQ(s.Distance({3, 4}), std::sqrt(17.0));
+    Segment2 l = s;
+    l.SetLine(Segment2::line);
+    EXPECT_DOUBLE_EQ(l.Distance({3, 4}), 4.0);
+    EXPECT_TRUE(l.Contains({-7, 0}, true));
+    EXPECT_TRUE(l.Intersects(Segment2({-5, -1}, {-5, 1})));
+    l.SetLine(Segment2::ray);
+    EXPECT_FALSE(l.Intersects(Segment2({-5, -1}, {-5, 1})));
+    EXPECT_TRUE(l.Intersects(Segment2({50, -1}, {50, 1})));
+    EXPECT_TRUE(s.Collinear(Segment2({5, 0}, {6, 0}), false));
+    EXPECT_FALSE(s.Collinear(Segment2({5, 0}, {6, 0}), true));
+    EXPECT_TRUE(s.Collinear(Segment2({1, 0}, {6, 0}), true));
+}
+
+TEST(Contour2, SegmentTestCountsEachCrossingOnce) {
+    const Contour2 sq(Square(0, 0, 2), 1e-9);
+    short count = -1;
+    Mvector<Point2> pts;
+    pts.Add(Point2(9, 9));  // cleared first
+    EXPECT_EQ(sq.SegmentIntersection(Segment2({-1, 1}, {3, 1.5}, 1e-9), count, &pts), 1);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(pts.Count(), 2u);
+    // Through a vertex: a highest code of 2 or more resets the count.
+    EXPECT_GE(sq.SegmentIntersection(Segment2({-1, -1}, {3, 3}, 1e-9), count, nullptr), 2);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(sq.SegmentIntersection(Segment2({5, 5}, {6, 7}, 1e-9), count, nullptr), 0);
+    EXPECT_EQ(count, 0);
+}
+
+TEST(Contour2, PointOnEdgeGrowsTheContourToleranceDeliberately) {
+    Contour2 c(Square(0, 0, 1), 1e-10);
+    const double expected[] = {1e-8, 1e-6, 1e-4, 1e-2, 1e-2, 1e-2};
+    for (double e : expected) {
+        c.PointOnEdge({0.5, 0.5});
+        EXPECT_NEAR(c.tol, e, e * 1e-9);
+    }
+    // The grown tolerance is what later tests use: 0.005 off the edge now counts as on it.
+    EXPECT_EQ(c.PointOnEdge({0.5, 0.005}), 1);
+    EXPECT_EQ(c.PointInside({0.5, 0.005}), 0);
+    // IsOnEdge leaves the tolerance alone.
+    Contour2 d(Square(0, 0, 1), 1e-10);
+    EXPECT_TRUE(d.IsOnEdge({1, 0.5}));
+    EXPECT_TRUE(d.IsOnEdge({1, 1}));
+    EXPECT_FALSE(d.IsOnEdge({0.5, 0.5}));
+    EXPECT_EQ(d.tol, 1e-10);
+}
+
+TEST(Contour2, PointInsideAndContainsOnSimpleCases) {
+    Contour2 sq(Square(0, 0, 2), 1e-10);
+    EXPECT_EQ(sq.PointInside({1, 0.7}), 1);
+    EXPECT_EQ(sq.PointInside({2, 1}), 0);  // on an edge
+    EXPECT_EQ(sq.PointInside({3, 1}), 0);
+    EXPECT_EQ(sq.PointOnEdge({2, 1}), 1);
+    EXPECT_TRUE(sq.Contains({2, 1}, false));
+    EXPECT_FALSE(sq.Contains({2, 1}, true));
+    EXPECT_TRUE(sq.Contains({1, 0.7}, true));
+    EXPECT_FALSE(sq.Contains({-1, 0.7}, false));
+    // Repeated vertices (zero-length edges) change neither test.
+    Contour2 rep({{0, 0}, {2, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 2}}, 1e-10);
+    EXPECT_TRUE(rep.Contains({1, 0.7}, true));
+    EXPECT_FALSE(rep.Contains({-1, 0.7}, false));
+    EXPECT_FALSE(rep.Contains({1, 2.0000001}, false));
+    EXPECT_EQ(rep.PointInside({1, 0.7}), 1);
+}
+
+TEST(Contour2, PointInsideReaimsTheProbeWhenItMeetsAVertex) {
+    // A notch whose tip (0.5, 1) lies exactly on the first probe from (1, 1): counting that probe
+    // would give two contacts (even, "outside"); the re-aimed probe crosses once.
+    Contour2 notch({{0, 0}, {2, 0}, {2, 2}, {0, 2}, {0.5, 1}}, 1e-10);
+    EXPECT_EQ(notch.PointInside({1, 1}), 1);
+    EXPECT_TRUE(notch.Contains({1, 1}, true));
+    EXPECT_EQ(notch.PointInside({0.2, 1}), 0);
+    EXPECT_FALSE(notch.Contains({0.2, 1}, false));
+}
+
+// A box [0, 10] x [0, 1] whose left side zigzags so that a vertex lies on each of the first
+// `spikes` probes from p (probe k aims at (-10, 1 - 2^-k)).
+Contour2 Zigzag(const Point2& p, int spikes) {
+    std::vector<Point2> v{{0, 0}, {10, 0}, {10, 1}, {0, 1}};
+    for (int k = spikes; k >= 1; --k) {
+        const double yk = 1.0 - std::ldexp(1.0, -k);
+        const double x = 0.5;
+        const double u = (p.x - x) / (p.x + 10.0);
+        v.push_back({x, p.y + u * (yk - p.y)});
+        const double ylow = k > 1 ? 1.0 - std::ldexp(1.0, -(k - 1)) : 0.0;
+        const double yk_prev = k > 1 ? p.y + u * (ylow - p.y) : 0.0;
+        v.push_back({0.0, (v.back().y + yk_prev) / 2.0});
+    }
+    return Contour2(v, 1e-10);
+}
+
+TEST(Contour2, PointInsideGivesUpAfterTenRetries) {
+    const Point2 p(5, 0.3);
+    Contour2 ten = Zigzag(p, 10);
+    EXPECT_EQ(ten.PointInside(p), 1);  // the eleventh try is clean
+    Contour2 eleven = Zigzag(p, 11);
+    EXPECT_EQ(eleven.PointInside(p), 0);  // every try met a vertex
+    EXPECT_TRUE(eleven.Contains(p, true));
+}
+
+TEST(Contour2, ContainsSkipsRunsOnItsProbe) {
+    // A U shape; the point in the notch at the top's height sends the probe along the top edge
+    // (3,2)-(2,2): the run is skipped and the boundary returns below, so the contact cancels.
+    Contour2 u({{0, 0}, {3, 0}, {3, 2}, {2, 2}, {2, 1}, {1, 1}, {1, 2}, {0, 2}}, 1e-10);
+    EXPECT_FALSE(u.Contains({1.5, 2}, false));
+    EXPECT_FALSE(u.Contains({1.5, 1.5}, false));
+    EXPECT_TRUE(u.Contains({0.5, 1.5}, true));
+    EXPECT_TRUE(u.Contains({2.5, 2}, false));  // on the boundary
+    EXPECT_FALSE(u.Contains({2.5, 2}, true));
+}
+
+Contour2 RandomStar(std::mt19937& rng, int n, double r0, double r1, const Point2& c) {
+    std::uniform_real_distribution<double> r(r0, r1), jitter(-0.3, 0.3);
+    std::vector<Point2> v;
+    for (int i = 0; i < n; ++i) {
+        const double a = 2.0 * std::numbers::pi * (i + 0.5 + jitter(rng)) / n;
+        const double rad = r(rng);
+        v.push_back({c.x + rad * std::cos(a), c.y + rad * std::sin(a)});
+    }
+    return Contour2(v, 1e-10);
+}
+
+TEST(Contour2, TwoInsideTestsAgreeAwayFromTheBoundary) {
+    std::mt19937 rng(3);
+    std::uniform_real_distribution<double> u(-2.2, 2.2);
+    for (int round = 0; round < 20; ++round) {
+        Contour2 star = RandomStar(rng, 5 + round, 0.5, 2.0, {0, 0});
+        for (int i = 0; i < 200; ++i) {
+            const Point2 p(u(rng), u(rng));
+            Contour2 probe_copy = star;  // keep the tolerance small for the comparison
+            const short inside = probe_copy.PointInside(p);
+            EXPECT_EQ(inside == 1, star.Contains(p, true)) << p.x << " " << p.y;
+        }
+    }
+}
+
+TEST(Contour2, InContourRejectsAnyContactWithTheBoundary) {
+    Contour2 big(Square(0, 0, 10), 1e-10);
+    EXPECT_EQ(Contour2(Square(2, 2, 3), 1e-10).InContour(big), 1);
+    EXPECT_EQ(Contour2(Square(0, 0, 3), 1e-10).InContour(big), 0);   // shared vertex
+    EXPECT_EQ(Contour2(Square(8, 8, 3), 1e-10).InContour(big), 0);   // sticks out
+    EXPECT_EQ(Contour2(Square(20, 2, 1), 1e-10).InContour(big), 0);  // apart
+    EXPECT_EQ(big.InContour(big), 0);
+    // A concave host: the guest's box fits, but an edge crosses the notch.
+    Contour2 u({{0, 0}, {3, 0}, {3, 3}, {2, 3}, {2, 1}, {1, 1}, {1, 3}, {0, 3}}, 1e-10);
+    EXPECT_EQ(Contour2({{0.5, 2}, {2.5, 2}, {2.5, 2.5}, {0.5, 2.5}}, 1e-10).InContour(u), 0);
+    EXPECT_EQ(Contour2({{0.2, 0.2}, {2.8, 0.2}, {2.8, 0.8}}, 1e-10).InContour(u), 1);
+}
+
+TEST(Triangle2, CornersAreReferencesAndAssignmentWritesThroughThem) {
+    Point2 a(0, 0), b(4, 0), c(0, 3);
+    Triangle2 t(a, b, c, 1e-10);
+    EXPECT_DOUBLE_EQ(t.SignedArea(), 6.0);
+    EXPECT_EQ(t.Orientation(), -1);
+    b.x = 8;  // the triangle sees the caller's change
+    EXPECT_DOUBLE_EQ(t.Area(), 12.0);
+    Point2 p(1, 1), q(1, 2), r(2, 1);
+    Triangle2 u(p, q, r, 0.5);
+    EXPECT_EQ(u.Orientation(), 1);
+    t = u;
+    EXPECT_TRUE(SamePoint(a, {1, 1}));
+    EXPECT_TRUE(SamePoint(b, {1, 2}));
+    EXPECT_TRUE(SamePoint(c, {2, 1}));
+    EXPECT_EQ(t.tol, 0.5);
+    EXPECT_EQ(u.Orientation(), 1);  // the source is untouched
+}
+
+TEST(Triangle2, PointTestsAndCentres) {
+    Point2 a(0, 0), b(4, 0), c(1, 3);
+    const Triangle2 t(a, b, c, 1e-9);
+    EXPECT_TRUE(t.Contains({1, 1}));
+    EXPECT_TRUE(t.IsInside({1, 1}));
+    EXPECT_FALSE(t.Contains({2, 0}));  // on an edge: that edge gives 0
+    EXPECT_TRUE(t.IsOnEdge({2, 0}));
+    EXPECT_FALSE(t.IsInside({2, 0}));
+    EXPECT_FALSE(t.Contains({5, 5}));
+    Point2 o;
+    ASSERT_TRUE(t.CircleCentre(o));
+    EXPECT_NEAR(o.distance(a), o.distance(b), 1e-12);
+    EXPECT_NEAR(o.distance(a), o.distance(c), 1e-12);
+    const Point2 g = t.GravityCentre();
+    EXPECT_TRUE(SamePoint(g, {5.0 / 3.0, 1.0}));
+    const Point2 ic = t.InscribedCircleCenter();
+    const double d1 = Segment2(a, b).Distance(ic), d2 = Segment2(b, c).Distance(ic),
+                 d3 = Segment2(c, a).Distance(ic);
+    EXPECT_NEAR(d1, d2, 1e-12);
+    EXPECT_NEAR(d1, d3, 1e-12);
+    Point2 d(2, 0);
+    const Triangle2 flat(a, b, d, 1e-9);
+    EXPECT_FALSE(flat.CircleCentre(o));
+    EXPECT_EQ(flat.Orientation(), 0);
+}
+
+TEST(Contour2, HullExtremesAndCleanUp) {
+    std::mt19937 rng(5);
+    std::uniform_real_distribution<double> u(-5, 5);
+    for (int round = 0; round < 30; ++round) {
+        std::vector<Point2> v;
+        for (int i = 0; i < 40; ++i) v.push_back({u(rng), u(rng)});
+        v.push_back(v[3]);  // a repeat
+        const Contour2 cloud(v, 1e-10);
+        const Contour2 hull = cloud.ConvexHull();
+        EXPECT_EQ(hull.Orientation(), -1);
+        const auto& h = hull.Points();
+        for (std::size_t i = 0; i < h.size(); ++i) {
+            const Point2& p = h[i];
+            const Point2& q = h[(i + 1) % h.size()];
+            for (const Point2& x : v) EXPECT_GE((q - p) % (x - p), -1e-9);  // all on the left
+        }
+        const auto ext = cloud.ExtremalNodesIndexes();
+        ASSERT_EQ(ext.Count(), 4u);
+        for (const Point2& x : v) {
+            EXPECT_LE(v[ext[0]].x, x.x);
+            EXPECT_LE(v[ext[1]].y, x.y);
+            EXPECT_GE(v[ext[2]].x, x.x);
+            EXPECT_GE(v[ext[3]].y, x.y);
+        }
+    }
+    // Collinear points on the hull's edges are left out.
+    const Contour2 ring({{0, 0}, {1, 0}, {2, 0}, {2, 2}, {1, 1}, {0, 2}}, 1e-10);
+    const auto idx = ring.ConvexHullIndexList();
+    EXPECT_EQ(idx, (std::vector<std::size_t>{0, 2, 3, 5}));
+
+    Contour2 dup({{0, 0}, {0, 0}, {1, 0}, {1, 1e-12}, {1, 1}, {0, 1}, {0, 0}}, 1e-9);
+    EXPECT_EQ(dup.RemoveDuplicates(), 3u);
+    EXPECT_EQ(dup.Length(), 4);
+    EXPECT_DOUBLE_EQ(dup.Area(), 1.0);
+}
+
+TEST(Contour2, SegmentAndContourContainmentAndContact) {
+    const Contour2 u({{0, 0}, {3, 0}, {3, 3}, {2, 3}, {2, 1}, {1, 1}, {1, 3}, {0, 3}}, 1e-10);
+    EXPECT_TRUE(u.Contains(Segment2({0.5, 0.5}, {2.5, 0.5}), true));
+    EXPECT_FALSE(u.Contains(Segment2({0.5, 2}, {2.5, 2}), false));  // crosses the notch
+    EXPECT_TRUE(u.Contains(Segment2({0, 0}, {3, 0}), false));       // along the boundary
+    EXPECT_FALSE(u.Contains(Segment2({0, 0}, {3, 0}), true));
+    EXPECT_TRUE(u.Contains(Segment2({0.5, 1}, {2.5, 1}), false));  // touches the notch bottom
+    EXPECT_TRUE(u.Contains(Contour2(Square(0.2, 0.2, 0.5), 1e-10), true));
+    EXPECT_FALSE(u.Contains(Contour2(Square(0.5, 0.5, 2), 1e-10), false));
+
+    EXPECT_TRUE(u.Intersects(Segment2({-1, 2}, {0.5, 2})));
+    EXPECT_FALSE(u.Intersects(Segment2({1.2, 2}, {1.8, 2})));
+    EXPECT_TRUE(u.Intersects(Contour2(Square(2.5, 2.5, 1), 1e-10)));
+    EXPECT_FALSE(u.Intersects(Contour2(Square(0.2, 0.2, 0.5), 1e-10)));
+    EXPECT_TRUE(u.Intersects(Contour2(Square(3, 3, 1), 1e-10)));  // corner contact
+}
+
+TEST(Contour2, AddIntersectionPointsSharesContactVertices) {
+    Contour2 a(Square(0, 0, 2), 1e-10), b(Square(1, 1, 2), 1e-10);
+    EXPECT_EQ(MATH_AddIntersectionPoints(a, b), 4u);
+    EXPECT_EQ(a.Length(), 6);
+    EXPECT_EQ(b.Length(), 6);
+    EXPECT_DOUBLE_EQ(a.Area(), 4.0);
+    EXPECT_DOUBLE_EQ(b.Area(), 4.0);
+    for (const Point2 x : {Point2(2, 1), Point2(1, 2)}) {
+        bool in_a = false, in_b = false;
+        for (const Point2& p : a.Points()) in_a = in_a || SamePoint(p, x);
+        for (const Point2& p : b.Points()) in_b = in_b || SamePoint(p, x);
+        EXPECT_TRUE(in_a && in_b);
+    }
+    EXPECT_EQ(MATH_AddIntersectionPoints(a, b), 0u);  // nothing left to add
+    // Overlapping edges: the ends of each inside the other are shared.
+    Contour2 c(Square(0, 0, 4), 1e-10), d({{1, 4}, {3, 4}, {3, 6}, {1, 6}}, 1e-10);
+    EXPECT_EQ(MATH_AddIntersectionPoints(c, d), 2u);
+    EXPECT_EQ(c.Length(), 6);
+    EXPECT_EQ(d.Length(), 4);
+}
+
+}  // namespace
+}  // namespace quillon

@@ -1,0 +1,74 @@
+#include "quillon/geometry/plane/mvector.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace quillon {
+namespace {
+
+TEST(Mvector, ConstructorsAndNamedEdits) {
+    const int raw[] = {1, 2, 3};
+    Mvector<int> a(raw, 3);
+    EXPECT_EQ(a, (std::vector<int>{1, 2, 3}));
+    EXPECT_TRUE(Mvector<int>(nullptr, 4).empty());
+    Mvector<int> b(std::size_t{2}, 7);
+    EXPECT_EQ(b, (std::vector<int>{7, 7}));
+    Mvector<int> c(std::vector<int>{4, 5});
+    EXPECT_EQ(c.Count(), 2u);
+    EXPECT_EQ(c.Size(), 2u);
+
+    a.Add(4);
+    a.Add(c);
+    EXPECT_EQ(a, (std::vector<int>{1, 2, 3, 4, 4, 5}));
+    a.Add(a);  // appending itself doubles it
+    EXPECT_EQ(a.Count(), 12u);
+    a.Erase(6, 100);  // clamped range
+    EXPECT_EQ(a, (std::vector<int>{1, 2, 3, 4, 4, 5}));
+    a.Insert(0, 0);
+    a.Insert(99, 9);  // past the end appends
+    a.Replace(1, 10);
+    a.Replace(99, 11);  // ignored
+    EXPECT_EQ(a, (std::vector<int>{0, 10, 2, 3, 4, 4, 5, 9}));
+    a.Erase(1);
+    a.Erase(99);
+    a.Erase(2, 4);
+    EXPECT_EQ(a, (std::vector<int>{0, 2, 4, 5, 9}));
+    a.Reverse();
+    EXPECT_EQ(a.Front(), 9);
+    EXPECT_EQ(a.Back(), 0);
+    EXPECT_THROW((void)a.at(5), std::out_of_range);
+    a.Erase();
+    EXPECT_TRUE(a.empty());
+}
+
+TEST(Mvector, EraseByAscendingIndexListKeepsOrderOfTheRest) {
+    std::mt19937 rng(7);
+    for (int round = 0; round < 200; ++round) {
+        const std::size_t n = rng() % 30;
+        Mvector<int> v;
+        for (std::size_t i = 0; i < n; ++i) v.Add(static_cast<int>(i));
+        Mvector<unsigned long long> idx;
+        std::vector<int> expect;
+        for (std::size_t i = 0; i < n; ++i) {
+            if (rng() % 3 == 0)
+                idx.Add(i);
+            else
+                expect.push_back(static_cast<int>(i));
+        }
+        if (rng() % 4 == 0) idx.Add(n + 5);  // past the end: ignored
+        v.Erase(idx);
+        EXPECT_EQ(v, expect);
+    }
+}
+
+TEST(Mmatrix, RowsOfEqualLength) {
+    Mmatrix<double> m(3, 2, 1.5);
+    ASSERT_EQ(m.Count(), 3u);
+    for (const auto& row : m) EXPECT_EQ(row, (std::vector<double>{1.5, 1.5}));
+    m[1].Add(2.0);
+    EXPECT_EQ(m[1].Count(), 3u);
+}
+
+}  // namespace
+}  // namespace quillon

@@ -1,0 +1,231 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+#include "quillon/geometry/plane/plane_types.h"
+
+namespace quillon {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+void ExpectNear(const Point2& got, const Point2& want, double tol = 1e-12) {
+    EXPECT_NEAR(got.x, want.x, tol);
+    EXPECT_NEAR(got.y, want.y, tol);
+}
+
+class Random {
+public:
+    double operator()() { return dist_(gen_); }
+    Matrix3x2 matrix() {
+        Random& r = *this;
+        return Matrix3x2(r(), r(), r(), r(), r(), r());
+    }
+    Point2 point() { return Point2((*this)(), (*this)()); }
+
+private:
+    std::mt19937 gen_{23};
+    std::uniform_real_distribution<double> dist_{-2.0, 2.0};
+};
+
+TEST(Transforms, ProductsActFirstLeftThenRight) {
+    Random rnd;
+    for (int i = 0; i < 50; ++i) {
+        const Matrix3x2 a = rnd.matrix(), b = rnd.matrix();
+        const Matrix2 a2 = a.mat2(), b2 = b.mat2();
+        const Point2 p = rnd.point();
+        Matrix3x2 c;
+        ExpectNear(p * _Mat_Mat(a, b, c), (p * a) * b);
+        ExpectNear(p * _Mat_Mat(a2, b, c), (p * a2) * b);
+        ExpectNear(p * _Mat_Mat(a, b2, c), (p * a) * b2);
+        Matrix2 c2;
+        ExpectNear(p * _Mat_Mat(a2, b2, c2), (p * a2) * b2);
+        // The result may be one of the operands.
+        Matrix3x2 inPlace = a;
+        ExpectNear(p * _Mat_Mat(inPlace, b, inPlace), (p * a) * b);
+        // The column-vector product is the row-vector product with the transpose.
+        const Matrix2 t(a2.m[0][0], a2.m[1][0], a2.m[0][1], a2.m[1][1]);
+        ExpectNear(a2 * p, p * t);
+    }
+}
+
+TEST(Transforms, BuildersMatchTheirStepsInNameOrder) {
+    Random rnd;
+    for (int i = 0; i < 30; ++i) {
+        const Rotate2 R(rnd() * kPi);
+        const Translate2 T(rnd(), rnd());
+        const Scale2 S(rnd(), rnd());
+        const Matrix3x2 A = rnd.matrix();
+        const Matrix2 A2 = A.mat2();
+        const Point2 p = rnd.point();
+        auto rot = [&](Point2 q) { return q << R; };
+        auto tra = [&](Point2 q) { return q + T.vec; };
+        auto sca = [&](Point2 q) { return Point2(q.x * S.x, q.y * S.y); };
+        Matrix3x2 m;
+        Matrix2 m2;
+        ExpectNear(p * _Rotate(R, m), rot(p));
+        ExpectNear(p * _Rotate(R, m2), rot(p));
+        ExpectNear(p * _Translate(T, m), tra(p));
+        ExpectNear(p * _Scale(S, m), sca(p));
+        ExpectNear(p * _Scale(S, m2), sca(p));
+        ExpectNear(p * _Copy_Mat2_To_Mat3x2(A2, m), p * A2);
+        ExpectNear(p * _Tran_Rotate(T, R, m), rot(tra(p)));
+        ExpectNear(p * _Rotate_Tran(R, T, m), tra(rot(p)));
+        ExpectNear(p * _Scale_Rotate(S, R, m), rot(sca(p)));
+        ExpectNear(p * _Scale_Rotate(S, R, m2), rot(sca(p)));
+        ExpectNear(p * _Rotate_Scale(R, S, m), sca(rot(p)));
+        ExpectNear(p * _Rotate_Scale(R, S, m2), sca(rot(p)));
+        ExpectNear(p * _Mat_Rotate(A, R, m), rot(p * A));
+        ExpectNear(p * _Mat_Rotate(A2, R, m2), rot(p * A2));
+        ExpectNear(p * _Rotate_Mat(R, A, m), rot(p) * A);
+        ExpectNear(p * _Rotate_Mat(R, A2, m2), rot(p) * A2);
+        ExpectNear(p * _Scale_Tran(S, T, m), tra(sca(p)));
+        ExpectNear(p * _Tran_Scale(T, S, m), sca(tra(p)));
+        ExpectNear(p * _Scale_Mat(S, A, m), sca(p) * A);
+        ExpectNear(p * _Scale_Mat(S, A2, m2), sca(p) * A2);
+        ExpectNear(p * _Mat_Scale(A, S, m), sca(p * A));
+        ExpectNear(p * _Mat_Scale(A2, S, m2), sca(p * A2));
+        ExpectNear(p * _Tran_Mat(T, A, m), tra(p) * A);
+        ExpectNear(p * _Tran_Mat(T, A2, m), tra(p) * A2);
+        ExpectNear(p * _Mat_Tran(A, T, m), tra(p * A));
+        ExpectNear(p * _Mat_Tran(A2, T, m), tra(p * A2));
+        // The conversions build the same transforms.
+        ExpectNear(p * Anchor2(R), rot(p));
+        ExpectNear(p * Linear2(R), rot(p));
+        ExpectNear(p * Isometry2(R), rot(p));
+        ExpectNear(p * Isometry2(T), tra(p));
+        ExpectNear(p * Anchor2(S), sca(p));
+    }
+}
+
+TEST(Transforms, RotationsComposeAndUndo) {
+    const Rotate2 a(0.7), b(-2.1);
+    const Rotate2 sum = a + b;
+    EXPECT_NEAR(sum.sin, std::sin(-1.4), 1e-15);
+    EXPECT_NEAR(sum.cos, std::cos(-1.4), 1e-15);
+    EXPECT_NEAR(sum.angle(), -1.4, 1e-15);
+    const Point2 p(3, -4);
+    ExpectNear((p << a) >> a, p);
+    ExpectNear(Point2(1, 0) << Rotate2(kPi / 2.0), Point2(0, 1));  // counter-clockwise
+    Point2 q = p;
+    q *= a;
+    q /= a;
+    ExpectNear(q, p);
+    Vector2 v(1, 2);
+    v *= b;
+    ExpectNear((v >> b).pnt(), Point2(1, 2));
+    const Isometry2 iso(a, Translate2(5, 6));
+    EXPECT_NEAR(iso.rotate().angle(), 0.7, 1e-15);
+    EXPECT_EQ(iso.translate().vec.y, 6.0);
+}
+
+TEST(Transforms, InverseRefusesSingularAndCopiesTheSource) {
+    const Matrix2 singular(1.0, 1e-17, 1.0, 2e-17);  // det = 1e-17
+    Matrix2 r(7, 7, 7, 7);
+    EXPECT_EQ(_Inverse(singular, r), -1);
+    for (short i = 0; i < 2; ++i) {
+        for (short j = 0; j < 2; ++j) EXPECT_EQ(r[i][j], singular[i][j]);
+    }
+    Linear2 lin(Matrix3x2(2.0, 4.0, 1.0, 2.0, 3.0, 5.0));  // det 0
+    Linear2 lr(Matrix3x2(9, 9, 9, 9, 9, 9));
+    EXPECT_EQ(_Inverse(lin, lr), -1);
+    EXPECT_EQ(lr[2][1], 5.0);
+    EXPECT_EQ(lr[0][1], 4.0);
+    EXPECT_EQ(lin.inverse()[1][0], 1.0);
+
+    Random rnd;
+    for (int i = 0; i < 50; ++i) {
+        const Matrix3x2 m = rnd.matrix();
+        if (std::fabs(m.det()) < 1e-3) continue;
+        Matrix2 inv2;
+        ASSERT_EQ(_Inverse(m.mat2(), inv2), 0);
+        Matrix2 id;
+        _Mat_Mat(m.mat2(), inv2, id);
+        EXPECT_NEAR(id[0][0], 1.0, 1e-9);
+        EXPECT_NEAR(id[0][1], 0.0, 1e-9);
+        EXPECT_NEAR(id[1][0], 0.0, 1e-9);
+        const Linear2 l(m);
+        const Point2 p = rnd.point();
+        Linear2 li;
+        ASSERT_EQ(_Inverse(l, li), 0);
+        ExpectNear((p * l) * li, p, 1e-9);
+        ExpectNear((p * l) * l.inverse(), p, 1e-9);
+        // An isometry: inverse, point-back mapping and /= all agree.
+        const Isometry2 iso(Rotate2(rnd() * kPi), Translate2(rnd(), rnd()));
+        Isometry2 ii;
+        ASSERT_EQ(_Inverse(iso, ii), 0);
+        Point2 back;
+        _Inverse_Isometry_Point(iso, p * iso, back);
+        ExpectNear(back, p);
+        ExpectNear((p * iso) * ii, p);
+        ExpectNear((p * iso) * iso.inverse(), p);
+        Point2 q = p * iso;
+        q /= iso;
+        ExpectNear(q, p);
+        EXPECT_NEAR(iso.det(), 1.0, 1e-12);
+    }
+    // /= is the inverse of isometries only: a scaling is not undone.
+    Point2 s = Point2(1, 1) * Linear2(Anchor2(Scale2(2, 3)));
+    s /= Linear2(Anchor2(Scale2(2, 3)));
+    ExpectNear(s, Point2(4, 9));
+}
+
+TEST(Transforms, ReflectionInALine) {
+    const Line2 l(Point2(1, 0), Point2(3, 2));  // y = x - 1, un-normalised
+    const Isometry2 m(l);
+    EXPECT_NEAR(m.det(), -1.0, 1e-15);
+    Random rnd;
+    for (int i = 0; i < 20; ++i) {
+        const Point2 p = rnd.point();
+        const Point2 q = p * m;
+        EXPECT_NEAR(l.signed_distance(q), -l.signed_distance(p), 1e-12);
+        EXPECT_NEAR(l.signed_distance((p + q) / 2.0), 0.0, 1e-12);
+        ExpectNear(q * m, p);
+    }
+    ExpectNear(Point2(0, 0) * m, Point2(1, -1));
+}
+
+TEST(Local2, FramesAndTheErrorState) {
+    const Point2 o(2, 3);
+    const Local2 f(o, Vector2(0, 5));
+    ASSERT_TRUE(static_cast<bool>(f));
+    ExpectNear(Point2(1, 0) * f, Point2(2, 4));  // local x along (0, 1)
+    ExpectNear(Point2(0, 1) * f, Point2(1, 3));  // local y to its left
+    Point2 g(2, 4);
+    g /= f;
+    ExpectNear(g, Point2(1, 0));
+    Point2 origin;
+    Vector2 axis;
+    f.get(&origin, &axis);
+    ExpectNear(origin, o);
+    ExpectNear(axis.pnt(), Point2(0, 1));
+    f.get(nullptr, &axis);
+    f.get(&origin, nullptr);
+
+    const Local2 byPoint(o, Point2(5, 7)), byAngle(o, std::atan2(4.0, 3.0)), bySinCos(o, 0.8, 0.6);
+    for (const Local2* l : {&byPoint, &byAngle, &bySinCos}) {
+        EXPECT_TRUE(static_cast<bool>(*l));
+        ExpectNear(Point2(5, 0) * *l, Point2(5, 7));
+    }
+
+    // Error states: zero axis, an axis shorter than the tolerance, a non-unit sine/cosine pair.
+    const Local2 bad[] = {Local2(o, Vector2(0, 0)), Local2(o, Vector2(1e-3, 0), 1e-2),
+                          Local2(o, 0.8, 0.61)};
+    for (const Local2& l : bad) {
+        EXPECT_FALSE(static_cast<bool>(l));
+        EXPECT_EQ(l.valid, 0);
+        ExpectNear(Point2(1, 1) * l, Point2(3, 4));  // a pure translation to o
+    }
+    EXPECT_TRUE(static_cast<bool>(Local2(o, Vector2(1e-9, 0))));  // default tolerance 1e-10
+    EXPECT_FALSE(static_cast<bool>(Local2(o, Vector2(1e-11, 0), -1.0)));
+
+    Local2 fromIso = bad[0];
+    fromIso = Isometry2(Rotate2(kPi / 2.0), Translate2(1, 1));
+    EXPECT_TRUE(static_cast<bool>(fromIso));
+    ExpectNear(Point2(1, 0) * fromIso, Point2(1, 2));
+}
+
+}  // namespace
+}  // namespace quillon
