@@ -1,0 +1,273 @@
+#include "quillon/data/clause.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace quillon::clv;
+
+// Appends the items named by the words of 'text': "(", ")", "AND", "OR", "NOT", "null", and
+// single letters for the terms a, b, c, ...
+void Build(clause& c, const std::string& text, std::vector<expr>& terms) {
+    std::istringstream words(text);
+    for (std::string w; words >> w;) {
+        if (w == "(")
+            c.leftBracket();
+        else if (w == ")")
+            c.rightBracket();
+        else if (w == "AND")
+            c.and_();
+        else if (w == "OR")
+            c.or_();
+        else if (w == "NOT")
+            c.not_();
+        else if (w == "null")
+            c.expr(nullptr);
+        else
+            c.expr(&terms.at(static_cast<std::size_t>(w[0] - 'a')));
+    }
+}
+
+void SetBits(std::vector<expr>& terms, int bits) {
+    for (std::size_t k = 0; k < terms.size(); ++k) terms[k] = ((bits >> k) & 1) != 0;
+}
+
+// A term that counts how often its value is asked.
+class CountingTerm : public expr {
+public:
+    explicit CountingTerm(bool v) : expr(v) {}
+    bool value() const override {
+        ++asked;
+        return expr::value();
+    }
+    mutable int asked = 0;
+};
+
+TEST(Clause, ItemTextsTypesAndShortCircuits) {
+    const expr t;
+    const opr_and a;
+    const opr_or o;
+    const opr_not n;
+    const leftbracket lb;
+    const rightbracket rb;
+    std::string texts;
+    std::string types;
+    for (const element* item : std::vector<const element*>{&t, &a, &o, &n, &lb, &rb}) {
+        texts += item->string() + " ";
+        types += std::to_string(static_cast<int>(item->type()));
+    }
+    EXPECT_EQ(texts, "exp AND OR NOT ( ) ");
+    EXPECT_EQ(types, "011234");
+    EXPECT_FALSE(t.value());
+
+    // AND asks its later operand first and stops at false; OR stops at true.
+    CountingTerm f(false), tr(true);
+    EXPECT_FALSE(a.value(&f, &tr));
+    EXPECT_EQ(tr.asked, 0);
+    f.asked = 0;
+    EXPECT_TRUE(o.value(&tr, &f));
+    EXPECT_EQ(f.asked, 0);
+    EXPECT_TRUE(n.value(&f, nullptr));
+}
+
+TEST(Clause, NoPrecedenceRightGroupingTruthTables) {
+    std::vector<expr> t(3);
+    clause empty;
+    EXPECT_TRUE(empty.evaluate());
+    EXPECT_EQ(empty.GetClauseString(), "");
+    // Truth columns for (a, b, c) = 000, 100, 010, 110, 001, 101, 011, 111, worked out by hand.
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"a OR b AND c", "01010111"},      // a OR (b AND c)
+        {"a AND b OR c", "00010101"},      // a AND (b OR c)
+        {"NOT a OR b", "10001000"},        // NOT (a OR b)
+        {"NOT a AND b", "11101110"},       // NOT (a AND b)
+        {"( a AND b ) OR c", "00011111"},  // as written
+        {"( NOT a ) AND b OR NOT c", "10100010"},
+    };
+    for (const auto& [text, column] : cases) {
+        clause c;
+        Build(c, text, t);
+        ASSERT_TRUE(c.IsValid() && c.IsWellFormed()) << text;
+        std::string got;
+        for (int bits = 0; bits < 8; ++bits) {
+            SetBits(t, bits);
+            got += c.evaluate() ? '1' : '0';
+        }
+        EXPECT_EQ(got, column) << text;
+    }
+}
+
+TEST(Clause, TextsAndRpnAccumulateAfterClear) {
+    std::vector<expr> t(4);
+    clause c;
+    Build(c, "( a AND b ) OR NOT c", t);
+    EXPECT_EQ(c.GetClauseString(), "( exp AND exp ) OR NOT exp");
+    EXPECT_EQ(c.GetRPNString(), "exp exp AND exp NOT OR");
+    EXPECT_TRUE(c.evaluate());                              // all false: NOT c is true
+    EXPECT_EQ(c.GetRPNString(), "exp exp AND exp NOT OR");  // no change, no rebuild
+
+    c.clear();
+    EXPECT_TRUE(c.evaluate());  // empty again
+    Build(c, "a AND d", t);
+    EXPECT_EQ(c.GetClauseString(), "exp AND exp");
+    EXPECT_EQ(c.GetRPNString(), "exp exp AND exp NOT OR exp exp AND");
+    EXPECT_FALSE(c.evaluate());
+    t[0] = true, t[3] = true;
+    EXPECT_TRUE(c.evaluate());  // the current contents decide
+    Build(c, "OR b", t);        // an appended item rebuilds once more, after all that came before
+    EXPECT_EQ(c.GetRPNString(), "exp exp AND exp NOT OR exp exp AND exp exp exp OR AND");
+    EXPECT_TRUE(c.evaluate());
+
+    // An improper earlier content stays in the sequence without spoiling the current one.
+    clause k;
+    Build(k, "a AND", t);
+    EXPECT_FALSE(k.evaluate());
+    k.clear();
+    Build(k, "a", t);
+    EXPECT_TRUE(k.evaluate());
+    EXPECT_EQ(k.GetRPNString(), "exp AND exp");
+}
+
+TEST(Clause, CopyAndAssignmentOwnTheirSharedItems) {
+    std::vector<expr> t(2);
+    t[0] = true;
+    auto original = std::make_unique<clause>();
+    Build(*original, "( a OR b ) AND NOT b", t);
+    EXPECT_TRUE(original->evaluate());
+    clause copy(*original);
+    clause assigned;
+    Build(assigned, "b", t);
+    assigned = *original;
+    clause& same = assigned;
+    assigned = same;   // self-assignment keeps the contents
+    original.reset();  // the copies must not point at its shared items
+    for (clause* c : {&copy, &assigned}) {
+        EXPECT_EQ(c->GetClauseString(), "( exp OR exp ) AND NOT exp");
+        EXPECT_EQ(c->GetRPNString(), "exp exp OR exp NOT AND");
+        EXPECT_TRUE(c->evaluate());
+        t[1] = true;
+        EXPECT_FALSE(c->evaluate());
+        t[1] = false;
+        c->or_();  // the copies change independently
+    }
+    EXPECT_EQ(copy.GetClauseString(), "( exp OR exp ) AND NOT exp OR");
+}
+
+TEST(Clause, ValidityCountsOnlyAndIllFormedClausesAnswerFalse) {
+    std::vector<expr> t(2);
+    t[0] = true, t[1] = true;
+    clause c;
+    Build(c, ") a (", t);
+    EXPECT_TRUE(c.IsValid());
+    EXPECT_FALSE(c.IsWellFormed());
+    c.clear();
+    Build(c, "a AND null", t);
+    EXPECT_FALSE(c.IsValid());
+    EXPECT_EQ(c.GetClauseString(), "exp AND null");
+
+    // Each makes the stack run short, leaves a bracket unpaired, or sets terms side by side.
+    for (const char* text :
+         {"AND", "NOT", "a OR", "OR a", ") a", "a )", "( a", "a AND b )", ") ) ( (", "a OR ( b",
+          "a b", "( a ) ( b )", "null", "a AND null", ") a ("}) {
+        clause k;
+        Build(k, text, t);
+        EXPECT_FALSE(k.IsWellFormed()) << text;
+        EXPECT_FALSE(k.evaluate()) << text;
+        (void)k.GetRPNString();
+    }
+}
+
+// Reference reading of a well-formed clause: NOT takes everything on its right, a binary operator
+// takes the primary on its left and everything on its right.
+class Reference {
+public:
+    explicit Reference(const std::vector<element*>& s) : s_(s) {}
+    bool run() { return expression(); }
+
+private:
+    bool expression() {
+        if (s_[i_]->type() == element::negation) {
+            ++i_;
+            return !expression();
+        }
+        const bool left = primary();
+        if (i_ < s_.size() && s_[i_]->type() == element::binaryOperator) {
+            const bool isAnd = s_[i_]->string() == "AND";
+            ++i_;
+            const bool right = expression();
+            return isAnd ? left && right : left || right;
+        }
+        return left;
+    }
+    bool primary() {
+        if (s_[i_]->type() == element::openingBracket) {
+            ++i_;
+            const bool v = expression();
+            ++i_;  // closing bracket
+            return v;
+        }
+        return static_cast<const expr*>(s_[i_++])->value();
+    }
+    const std::vector<element*>& s_;
+    std::size_t i_ = 0;
+};
+
+// Random clauses: well-formed ones (grown from the grammar) match the reference reading;
+// arbitrary item sequences never crash and answer false when improper.
+TEST(Clause, RandomClausesMatchReferenceOrAnswerFalse) {
+    std::mt19937 rng(20240611);
+    std::vector<expr> t(6);
+    const char* items[] = {"(", ")", "AND", "OR", "NOT", "null", "a", "b"};
+    for (int round = 0; round < 2000; ++round) {
+        std::string text;
+        if (round % 2 == 0) {
+            int budget = 12;
+            std::function<void(int)> gen = [&](int depth) {
+                const unsigned pick = rng() % 10;
+                if (pick < 2 && depth < 4) {
+                    text += "NOT ";
+                    return gen(depth + 1);
+                }
+                if (pick < 4 && depth < 4) {
+                    text += "( ";
+                    gen(depth + 1);
+                    text += ") ";
+                } else {
+                    text += static_cast<char>('a' + rng() % 6);
+                    text += ' ';
+                }
+                if (--budget > 0 && rng() % 2 == 0) {
+                    text += rng() % 2 ? "AND " : "OR ";
+                    gen(depth);
+                }
+            };
+            gen(0);
+        } else {
+            for (unsigned n = rng() % 12; n > 0; --n) text += std::string(items[rng() % 8]) + " ";
+        }
+        clause c;
+        Build(c, text, t);
+        const bool proper = c.IsWellFormed();
+        if (round % 2 == 0) {
+            ASSERT_TRUE(proper && c.IsValid()) << text;
+        }
+        for (int bits = 0; bits < 64; bits += 1 + static_cast<int>(rng() % 9)) {
+            SetBits(t, bits);
+            const bool v = c.evaluate();
+            if (!proper) {
+                ASSERT_FALSE(v) << text;
+            } else if (!c.elements().empty()) {
+                ASSERT_EQ(v, Reference(c.elements()).run()) << text;
+            }
+        }
+    }
+}
+
+}  // namespace
