@@ -1,0 +1,457 @@
+// The base-unit catalogue, its singleton and the rules of the type table.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <numbers>
+
+#include "munit_fixture.h"
+#include "quillon/platform/text.h"
+
+namespace quillon::munit::testing {
+namespace {
+
+using CatalogueTest = MUnitFixture;
+
+struct DefaultUnit {
+    MUNIT_T kind;
+    const wchar_t* name;
+    double factor;
+};
+
+// Written out independently of the library: the factors are exact double constants.
+const DefaultUnit kDefaults[] = {
+    {MUNIT_LENGTH, L"cm", 0.01},
+    {MUNIT_LENGTH, L"ft", 0.3048},
+    {MUNIT_LENGTH, L"in", 0.0254},
+    {MUNIT_LENGTH, L"m", 1.0},
+    {MUNIT_LENGTH, L"mm", 0.001},
+    {MUNIT_FORCE, L"MN", 1000000.0},
+    {MUNIT_FORCE, L"N", 1.0},
+    {MUNIT_FORCE, L"T", 9806.65},
+    {MUNIT_FORCE, L"USTons", 8896.446},
+    {MUNIT_FORCE, L"daN", 10.0},
+    {MUNIT_FORCE, L"kG", 9.80665},
+    {MUNIT_FORCE, L"kN", 1000.0},
+    {MUNIT_FORCE, L"kip", 4448.2216152605},
+    {MUNIT_FORCE, L"lb", 4.4482216152605},
+    {MUNIT_MASS, L"lb", 0.4535925112041},
+    {MUNIT_MASS, L"kg", 1.0},
+    {MUNIT_MASS, L"t", 1000.0},
+    {MUNIT_MASS, L"ustons", 907.1850224083},
+    {MUNIT_ANGLE, L"Deg", 0.01745329251994},
+    {MUNIT_ANGLE, L"Rad", 1.0},
+    {MUNIT_ANGLE, L"Grad", 0.01570796326795},
+};
+
+TEST_F(CatalogueTest, DefaultTableHasEveryFactorInOrder) {
+    MInitUnit* init = GetMInit();
+    int index[5] = {};
+    for (const DefaultUnit& d : kDefaults) {
+        const Unit u = init->GetUnit(d.kind, index[d.kind]++);
+        EXPECT_EQ(u.name, d.name);
+        EXPECT_EQ(u.coef, d.factor) << "unit " << platform::ToUtf8(d.name);
+        EXPECT_EQ(init->GetCoeffUnit(d.kind, d.name), d.factor);
+    }
+    for (int k = MUNIT_LENGTH; k <= MUNIT_ANGLE; ++k) {
+        EXPECT_EQ(init->GetTotalUnit(static_cast<MUNIT_T>(k)), index[k]);
+    }
+    // Kept rounded, not pi/180 and pi/200.
+    EXPECT_NE(init->GetCoeffUnit(MUNIT_ANGLE, L"Deg"), std::numbers::pi / 180.0);
+    EXPECT_NE(init->GetCoeffUnit(MUNIT_ANGLE, L"Grad"), std::numbers::pi / 200.0);
+}
+
+TEST_F(CatalogueTest, NamesCompareCaseSensitivelyInsideTheirKind) {
+    MInitUnit* init = GetMInit();
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_FORCE, L"T"), 9806.65);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_MASS, L"t"), 1000.0);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_FORCE, L"t"), 0.0);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_LENGTH, L"kN"), 0.0);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_LENGTH, L"M"), 0.0);
+    init->SetCorrectQuantity(false);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_LENGTH, L"M"), 1.0);
+    // Kinds without a list never give a factor, whatever the flag says.
+    for (MUNIT_T kind : {MUNIT_NONE, MUNIT_FIFTH, static_cast<MUNIT_T>(-3)}) {
+        EXPECT_EQ(init->GetCoeffUnit(kind, L"m"), 0.0);
+        EXPECT_EQ(init->GetTotalUnit(kind), 0);
+        EXPECT_EQ(init->EraseUnit(kind, 0), 2);
+        EXPECT_TRUE(init->GetUnit(kind, 0).name.empty());
+    }
+}
+
+TEST_F(CatalogueTest, SingletonLifecycle) {
+    MInitUnit* first = GetMInit();
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(first->GetCorrectQuantity());
+    EXPECT_FALSE(first->GetValidateFloats());
+    EXPECT_FALSE(first->GetRoundFormattedValues());
+    EXPECT_EQ(InitMInit(false), 1);
+    EXPECT_EQ(GetMInit(), first);
+    EXPECT_TRUE(first->GetCorrectQuantity());
+    EXPECT_EQ(first->GetTotalUnit(MUNIT_LENGTH), 5);  // not filled twice
+
+    DeleteMInit();
+    EXPECT_EQ(GetMInit(), nullptr);
+    MUnit early;  // made before a catalogue exists: holds none
+    EXPECT_EQ(early.GetCoeffUnit(MUNIT_LENGTH, L"m"), 0.0);
+    EXPECT_EQ(early.SetTypeUnit(T(7), 2, L"m", L"", L"", false), 1);
+    EXPECT_EQ(early.UpDateUnit(), 1);
+
+    ASSERT_EQ(InitMInit(false), 0);
+    EXPECT_FALSE(GetMInit()->GetCorrectQuantity());
+    MUnit late;
+    EXPECT_EQ(late.GetCoeffUnit(MUNIT_LENGTH, L"mm"), 0.001);
+
+    // SetMInit installs without deleting the one it replaces.
+    MInitUnit* owned = GetMInit();
+    MInitUnit other;
+    SetMInit(&other);
+    EXPECT_EQ(GetMInit(), &other);
+    SetMInit(owned);
+}
+
+TEST_F(CatalogueTest, SetUnitFallsThroughToEveryLaterList) {
+    MInitUnit* init = GetMInit();
+    const int before[4] = {init->GetTotalUnit(MUNIT_LENGTH), init->GetTotalUnit(MUNIT_FORCE),
+                           init->GetTotalUnit(MUNIT_MASS), init->GetTotalUnit(MUNIT_ANGLE)};
+    init->SetUnit(MUNIT_LENGTH, {L"km", 1000.0});
+    for (int k = 1; k <= 4; ++k) {
+        const MUNIT_T kind = static_cast<MUNIT_T>(k);
+        EXPECT_EQ(init->GetTotalUnit(kind), before[k - 1] + 1);
+        EXPECT_EQ(init->GetCoeffUnit(kind, L"km"), 1000.0);
+    }
+    init->SetUnit(MUNIT_MASS, {L"g", 0.001});
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_LENGTH, L"g"), 0.0);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_FORCE, L"g"), 0.0);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_MASS, L"g"), 0.001);
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_ANGLE, L"g"), 0.001);
+    init->SetUnit(MUNIT_ANGLE, {L"rev", 6.28});
+    EXPECT_EQ(init->GetCoeffUnit(MUNIT_MASS, L"rev"), 0.0);
+    EXPECT_EQ(init->GetTotalUnit(MUNIT_ANGLE), before[3] + 3);
+    init->SetUnit(MUNIT_FIFTH, {L"x", 1.0});
+    init->SetUnit(MUNIT_NONE, {L"x", 1.0});
+    EXPECT_EQ(init->GetTotalUnit(MUNIT_ANGLE), before[3] + 3);
+}
+
+TEST_F(CatalogueTest, EraseUnitCodes) {
+    MUnit mu;
+    EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, 5), 1);
+    EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, -1), 1);
+    EXPECT_EQ(mu.EraseUnit(MUNIT_NONE, 0), 2);
+    EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, 1), 0);  // "ft"
+    EXPECT_EQ(mu.GetTotalUnit(MUNIT_LENGTH), 4);
+    EXPECT_EQ(mu.GetNameUnit(MUNIT_LENGTH, 1), L"in");
+    EXPECT_EQ(mu.GetCoeffUnit(MUNIT_LENGTH, L"ft"), 0.0);
+}
+
+TEST_F(CatalogueTest, GlobUFallsBackToTheBuiltInTable) {
+    TypeUnitTable* installed = SetGlobU(nullptr);
+    EXPECT_EQ(installed, &table_);
+    TypeUnitTable& builtIn = GlobU();
+    EXPECT_NE(&builtIn, &table_);
+    TypeUnitTable other;
+    EXPECT_EQ(SetGlobU(&other), &builtIn);
+    MUnit mu;
+    ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"cm", L"", L"", false), 0);
+    EXPECT_EQ(other.size(), 1u);
+    EXPECT_TRUE(table_.empty());
+    EXPECT_EQ(SetGlobU(&table_), &other);
+}
+
+// Every single type: the kinds GetTypeMunit gives it, the units chosen here, and the factor and
+// name that UpDateUnit must derive (worked out by hand from the default factors).
+struct TypeRule {
+    int id;
+    MUNIT_T k1, k2, k3;
+    const wchar_t* u1;
+    const wchar_t* u2;
+    const wchar_t* u3;
+    double coefficient;
+    const wchar_t* name;
+};
+
+constexpr MUNIT_T L = MUNIT_LENGTH, F = MUNIT_FORCE, M = MUNIT_MASS, A = MUNIT_ANGLE,
+                  N = MUNIT_NONE;
+
+const TypeRule kRules[] = {
+    {7, L, N, N, L"cm", L"", L"", 0.01, L"cm"},
+    {8, L, N, N, L"mm", L"", L"", 0.001, L"mm"},
+    {9, L, N, N, L"in", L"", L"", 0.0254, L"in"},
+    {10, L, N, N, L"m", L"", L"", 1.0, L"m"},
+    {11, L, N, N, L"ft", L"", L"", 0.3048, L"ft"},
+    {16, L, N, N, L"mm", L"", L"", 0.001, L"mm"},
+    {22, L, N, N, L"cm", L"", L"", 0.01, L"cm"},
+    {34, L, N, N, L"m", L"", L"", 1.0, L"m"},
+    {12, L, L, N, L"cm", L"cm", L"", 1e-4, L"cm2"},
+    {31, L, L, N, L"mm", L"m", L"", 1e-6, L"mm2"},  // the second unit plays no part
+    {21, L, L, N, L"cm", L"m", L"", 1e-4, L"cm2/m"},
+    {33, L, L, L, L"cm", L"cm", L"cm", 1e-6, L"cm3"},
+    {30, L, N, N, L"cm", L"", L"", 1e-8, L"cm4"},
+    {13, F, N, N, L"kN", L"", L"", 1000.0, L"kN"},
+    {18, F, N, N, L"T", L"", L"", 9806.65, L"T"},
+    {14, F, L, N, L"kN", L"m", L"", 1000.0, L"kN*m"},
+    {28, F, L, N, L"kN", L"cm", L"", 1e5, L"kN/cm"},
+    {15, F, L, N, L"kN", L"cm", L"", 1e7, L"kN/cm2"},
+    {24, F, L, N, L"daN", L"cm", L"", 1e5, L"daN/cm2"},
+    {27, F, L, N, L"N", L"mm", L"", 1e6, L"N/mm2"},
+    {29, F, L, N, L"MN", L"m", L"", 1e6, L"MN/m2"},
+    {23, F, L, N, L"kN", L"cm", L"", 1e9, L"kN/cm3"},
+    {17, A, N, N, L"Deg", L"", L"", 0.01745329251994, L"Deg"},
+    {19, M, N, N, L"t", L"", L"", 1000.0, L"t"},
+    {26, M, L, N, L"kg", L"cm", L"", 1e6, L"kg/cm3"},
+    {32, M, L, N, L"lb", L"ft", L"", 0.4535925112041 / (0.3048 * 0.3048), L"lb/ft2"},
+};
+
+TEST_F(CatalogueTest, EverySingleTypeDerivesItsFactorAndName) {
+    MUnit mu;
+    for (const TypeRule& r : kRules) {
+        MUNIT_T k1, k2, k3;
+        ASSERT_EQ(MUnit::GetTypeMunit(T(r.id), k1, k2, k3), 0) << r.id;
+        EXPECT_EQ(k1, r.k1) << r.id;
+        EXPECT_EQ(k2, r.k2) << r.id;
+        EXPECT_EQ(k3, r.k3) << r.id;
+        ASSERT_EQ(mu.SetTypeUnit(T(r.id), 3, r.u1, r.u2, r.u3, false, L"note"), 0) << r.id;
+    }
+    // 25, 5 and 6 keep what they were given.
+    TypeUnit kept;
+    kept.id = T(25);
+    kept.kind1 = L;
+    kept.unit1 = L"m";
+    kept.coefficient = 7.5;
+    kept.fullName = L"stays";
+    ASSERT_EQ(mu.SetTypeUnit(kept), 0);
+    kept.id = T(5);
+    ASSERT_EQ(mu.SetTypeUnit(kept), 0);
+
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    for (const TypeRule& r : kRules) {
+        const TypeUnit t = mu.GetTypeUnit(T(r.id));
+        EXPECT_DOUBLE_EQ(t.coefficient, r.coefficient) << r.id;
+        EXPECT_EQ(t.fullName, r.name) << r.id;
+        EXPECT_EQ(t.precision, 3);
+        EXPECT_EQ(t.extraText, L"note");
+        EXPECT_EQ(mu.GetFullNameUnit(T(r.id), true), std::wstring(L"(") + r.name + L")");
+    }
+    for (int id : {25, 5}) {
+        EXPECT_EQ(mu.GetTypeUnit(T(id)).coefficient, 7.5);
+        EXPECT_EQ(mu.GetTypeUnit(T(id)).fullName, L"stays");
+    }
+    // The unitless types are created: factor 1, no decimals for 1-3, two for 4.
+    for (int id = 1; id <= 4; ++id) {
+        const TypeUnit t = mu.GetTypeUnit(T(id));
+        ASSERT_EQ(t.id, id);
+        EXPECT_EQ(t.coefficient, 1.0);
+        EXPECT_EQ(t.precision, id == 4 ? 2 : 0);
+        EXPECT_TRUE(t.fullName.empty());
+        EXPECT_EQ(mu.GetFullNameUnit(T(id), true), L"");
+    }
+    EXPECT_EQ(mu.GetTypeUnit(T(6)).id, -1);
+
+    // Present unitless records are forced back; a second run changes nothing more.
+    TypeUnit one = mu.GetTypeUnit(T(1));
+    one.precision = 5;
+    one.coefficient = 3.0;
+    ASSERT_EQ(mu.ModifyTypeUnit(one), 0);
+    const TypeUnitTable before = table_;
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    EXPECT_EQ(mu.GetTypeUnit(T(1)).precision, 0);
+    EXPECT_EQ(mu.GetTypeUnit(T(1)).coefficient, 1.0);
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    EXPECT_EQ(table_.size(), before.size());
+}
+
+TEST_F(CatalogueTest, AddAndModifyRules) {
+    // GetTypeMunit knows exactly the single types 1-34.
+    int known = 0;
+    for (int id = -2; id <= 120; ++id) {
+        MUNIT_T k1 = A, k2 = A, k3 = A;
+        const int r = MUnit::GetTypeMunit(T(id), k1, k2, k3);
+        known += r == 0;
+        EXPECT_EQ(r == 0, id >= 1 && id <= 34) << id;
+        EXPECT_TRUE(r == 0 || (k1 == N && k2 == N && k3 == N)) << id;
+    }
+    EXPECT_EQ(known, 34);
+
+    MUnit mu;
+    TypeUnit composite;
+    composite.id = T(102);
+    EXPECT_EQ(mu.SetTypeUnit(composite), 1);
+    EXPECT_EQ(mu.ModifyTypeUnit(composite), 1);
+    EXPECT_EQ(mu.SetTypeUnit(T(101), 2, L"kg", L"m", L"", false), 1);
+    EXPECT_EQ(mu.SetTypeUnit(T(35), 2, L"m", L"", L"", false), 1);
+    EXPECT_EQ(mu.ModifyTypeUnit(T(7), 2, L"m", L"", L"", false), 1);  // absent
+    TypeUnit missing;
+    missing.precision = 9;
+    EXPECT_EQ(mu.GetTypeUnit(T(7), missing), 1);
+    EXPECT_EQ(missing, TypeUnit{});
+
+    ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"m", L"", L"", false, L"a"), 0);
+    EXPECT_EQ(mu.SetTypeUnit(T(7), 4, L"cm", L"", L"", false), 1);  // present already
+    EXPECT_EQ(mu.ModifyTypeUnit(T(7), 4, L"cm", L"", L"", true, L"b"), 0);
+    const TypeUnit expected{T(7), L, N, N, L"cm", L"", L"", 4, true, L"b", 0.0, L""};
+    EXPECT_EQ(mu.GetTypeUnit(T(7)), expected);
+    EXPECT_EQ(mu.ModifyTypeUnit(T(7), 4, L"kN", L"", L"", true), 1);  // not a length
+    EXPECT_EQ(mu.GetTypeUnit(T(7)), expected);
+
+    // The kinds of a record must suit its id.
+    TypeUnit moment{T(14), F, F, N, L"kN", L"m", L"", 2, false, L"", 0.0, L""};
+    EXPECT_EQ(mu.SetTypeUnit(moment), 1);
+    moment.kind1 = L;
+    EXPECT_EQ(mu.SetTypeUnit(moment), 1);
+    moment.kind1 = F;
+    moment.kind2 = L;
+    EXPECT_EQ(mu.SetTypeUnit(moment), 0);
+}
+
+TEST_F(CatalogueTest, CorrectQuantityValidatesOnlyTheFirstUnit) {
+    MUnit mu;
+    EXPECT_EQ(mu.SetTypeUnit(T(14), 2, L"kN", L"furlong", L"", false), 0);
+    EXPECT_EQ(mu.SetTypeUnit(T(15), 2, L"kilonewton", L"m", L"", false), 1);
+    EXPECT_EQ(mu.CorrectQuantity(T(33), L, L, L, L"m", L"x", L"y"), M_SUCCESS);
+    EXPECT_EQ(mu.CorrectQuantity(T(7), L, N, N, L"M", L"", L""), M_FAILURE);
+    EXPECT_EQ(mu.CorrectQuantity(T(3), N, N, N, L"anything", L"", L""), M_SUCCESS);
+    EXPECT_EQ(mu.CorrectQuantity(T(35), L, N, N, L"m", L"", L""), M_FAILURE);
+    // The loose second unit converts with factor 0 (check on), so the moment factor is 0.
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    EXPECT_EQ(mu.GetTypeUnit(T(14)).coefficient, 0.0);
+    EXPECT_EQ(mu.GetTypeUnit(T(14)).fullName, L"kN*furlong");
+}
+
+TEST_F(CatalogueTest, TypeTwentyCanNeverBeAddedWhileChecking) {
+    MUnit mu;
+    EXPECT_EQ(mu.SetTypeUnit(T(20), 2, L"m", L"", L"", false), 1);
+    EXPECT_EQ(mu.SetTypeUnit(T(20), 2, L"", L"", L"", false), 1);
+    GetMInit()->SetCorrectQuantity(false);
+    ASSERT_EQ(mu.SetTypeUnit(T(20), 2, L"Hz", L"", L"", false), 0);
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    EXPECT_EQ(mu.GetTypeUnit(T(20)).coefficient, 0.0);  // the fifth kind has no factors
+    EXPECT_EQ(mu.GetTypeUnit(T(20)).fullName, L"Hz");
+    GetMInit()->SetCorrectQuantity(true);
+    EXPECT_EQ(mu.ModifyTypeUnit(T(20), 3, L"Hz", L"", L"", false), 1);
+}
+
+TEST_F(CatalogueTest, RecordFormAddSkipsTheTypeCheckButModifyDoesNot) {
+    GetMInit()->SetCorrectQuantity(false);
+    MUnit mu;
+    TypeUnit odd;
+    odd.id = T(40);
+    odd.unit1 = L"m";
+    odd.precision = 1;
+    EXPECT_EQ(mu.SetTypeUnit(odd), 0);
+    odd.precision = 2;
+    EXPECT_EQ(mu.ModifyTypeUnit(odd), 1);
+    EXPECT_EQ(mu.GetTypeUnit(T(40)).precision, 1);
+    EXPECT_EQ(mu.SetTypeUnit(T(40), 2, L"m", L"", L"", false), 1);
+}
+
+// Composite types live only in an installed table; UpDateUnit refreshes them from their sources.
+TEST_F(CatalogueTest, CompositeTypesFromAnInstalledTable) {
+    MUnit mu;
+    ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"cm", L"", L"", false), 0);
+    ASSERT_EQ(mu.SetTypeUnit(T(9), 2, L"mm", L"", L"", false), 0);
+    ASSERT_EQ(mu.SetTypeUnit(T(13), 2, L"kN", L"", L"", false), 0);
+    ASSERT_EQ(mu.SetTypeUnit(T(14), 2, L"kN", L"m", L"", false), 0);
+    ASSERT_EQ(mu.SetTypeUnit(T(17), 2, L"Deg", L"", L"", false), 0);
+    ASSERT_EQ(mu.SetTypeUnit(T(18), 2, L"MN", L"", L"", false), 0);
+    ASSERT_EQ(mu.SetTypeUnit(T(19), 2, L"kg", L"", L"", false), 0);
+    for (int id = 101; id <= 115; ++id) {
+        TypeUnit c;
+        c.id = T(id);
+        c.coefficient = 42.0;
+        c.fullName = L"old";
+        table_.push_back(c);
+    }
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    struct Expect {
+        int id;
+        double coefficient;
+        const wchar_t* name;
+    };
+    const Expect expected[] = {
+        {101, 42.0, L"kg*cm2"}, {102, 1e5, L"kN*m/cm"},   {103, 42.0, L"old"},
+        {104, 42.0, L"old"},    {105, 42.0, L"kN*m/Deg"}, {106, 42.0, L"cm2"},
+        {107, 42.0, L"cm3"},    {108, 42.0, L"mm2"},      {109, 42.0, L"mm3"},
+        {110, 42.0, L"mm4"},    {111, 42.0, L"MN/mm3"},   {112, 1e5, L"kN/cm"},
+        {113, 1e7, L"kN/cm2"},  {114, 1e6, L"kg/cm3"},    {115, 1e9, L"kN/cm3"},
+    };
+    for (const Expect& e : expected) {
+        const TypeUnit t = mu.GetTypeUnit(T(e.id));
+        EXPECT_DOUBLE_EQ(t.coefficient, e.coefficient) << e.id;
+        EXPECT_EQ(t.fullName, e.name) << e.id;
+    }
+    EXPECT_EQ(mu.ModifyTypeUnit(mu.GetTypeUnit(T(112))), 1);
+
+    // A length without a factor leaves the divided coefficients as they were.
+    GetMInit()->SetUnit(MUNIT_LENGTH, {L"void", 0.0});
+    ASSERT_EQ(mu.ModifyTypeUnit(T(7), 2, L"void", L"", L"", false), 0);
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    for (int id : {102, 112, 113, 114, 115}) {
+        EXPECT_DOUBLE_EQ(mu.GetTypeUnit(T(id)).coefficient, expected[id - 101].coefficient) << id;
+    }
+    EXPECT_EQ(mu.GetTypeUnit(T(112)).fullName, L"kN/void");
+
+    // Without both sources a composite is left alone.
+    const auto byId = [this](int id) {
+        return std::find_if(table_.begin(), table_.end(),
+                            [id](const TypeUnit& t) { return t.id == id; });
+    };
+    table_.erase(byId(13));
+    byId(112)->fullName = L"mine";
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    EXPECT_EQ(mu.GetTypeUnit(T(112)).fullName, L"mine");
+}
+
+TEST_F(CatalogueTest, NamesPassThroughTheDictionaries) {
+    MUnit mu;
+    ASSERT_EQ(mu.SetTypeUnit(T(15), 1, L"kN", L"m", L"", false), 0);
+    ASSERT_EQ(mu.SetTypeUnit(T(13), 1, L"kN", L"", L"", false), 0);
+    UNITDIC_ENTRY force[3] = {};
+    std::wcscpy(force[0].key, L"kN");
+    std::wcscpy(force[0].translation, L"\x043A\x041D");
+    std::wcscpy(force[1].key, L"kN");
+    std::wcscpy(force[1].translation, L"second");  // the first entry decides
+    ASSERT_EQ(UNITDIC_SetDictionary(UNITDIC_FORCE, force), 0);
+    UNITDIC_ENTRY whole[2] = {};
+    std::wcscpy(whole[0].key, L"\x043A\x041D/m2");
+    std::wcscpy(whole[0].translation, L"\x043A\x041D/\x043C\x00B2");
+    ASSERT_EQ(UNITDIC_SetDictionary(UNITDIC_FULLNAME, whole), 0);
+    ASSERT_EQ(mu.UpDateUnit(), 0);
+    EXPECT_EQ(mu.GetFullNameUnit(T(15), false), L"\x043A\x041D/\x043C\x00B2");
+    EXPECT_EQ(mu.GetFullNameUnit(T(13), false), L"\x043A\x041D");
+    // Only the dictionary of the unit's own kind is asked.
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_LENGTH, L"kN"), L"kN");
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(static_cast<UNITDIC_TYPE>(-1), L"kN"), L"kN");
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(static_cast<UNITDIC_TYPE>(7), L"kN"), L"kN");
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_FORCE, nullptr), L"");
+    EXPECT_EQ(UNITDIC_SetDictionary(static_cast<UNITDIC_TYPE>(7), force), 1);
+
+    // Empty translations and keys of all 30 characters.
+    UNITDIC_ENTRY edge[3] = {};
+    std::wcscpy(edge[0].key, L"m");
+    for (int i = 0; i < UNITDIC_FIELD; ++i) edge[1].key[i] = L'a';
+    std::wcscpy(edge[1].translation, L"long");
+    ASSERT_EQ(UNITDIC_SetDictionary(UNITDIC_LENGTH, edge), 0);
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_LENGTH, L"m"), L"m");
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_LENGTH, std::wstring(30, L'a').c_str()), L"long");
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_LENGTH, std::wstring(29, L'a').c_str()),
+              std::wstring(29, L'a'));
+
+    // The names block and its brackets.
+    UNITDIC_UNITSNAMES* block = UNITDIC_UnitsNames();
+    std::wcscpy(block->openBracket, L"[");
+    std::wcscpy(block->closeBracket, L"]");
+    EXPECT_EQ(mu.GetFullNameUnit(T(13), true), L"[\x043A\x041D]");
+    EXPECT_EQ(mu.GetFullNameUnit(T(7), true), L"");
+    UNITDIC_Init();
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_FORCE, L"kN"), L"kN");
+    EXPECT_EQ(mu.GetFullNameUnit(T(13), true), L"(\x043A\x041D)");  // the stored name stays
+    const wchar_t* defaults[] = {L"m",   L"cm", L"mm", L"cm", L"mm", L"mm", L"cm",
+                                 L"kN",  L"kN", L"m",  L"MN", L"m",  L"cm", L"Deg",
+                                 L"Rad", L"kG", L"kg", L"cm", L"C",  L"s",  L"Hz"};
+    for (int i = 0; i < UNITDIC_NAMES; ++i) EXPECT_STREQ(block->names[i], defaults[i]) << i;
+    EXPECT_STREQ(block->openBracket, L"(");
+    EXPECT_STREQ(block->closeBracket, L")");
+}
+
+}  // namespace
+}  // namespace quillon::munit::testing

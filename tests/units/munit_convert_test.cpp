@@ -1,0 +1,206 @@
+// Conversion between SI and the user's units, display texts and comparison as displayed.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "munit_fixture.h"
+
+namespace quillon::munit::testing {
+namespace {
+
+class ConvertTest : public MUnitFixture {
+protected:
+    void SetUp() override {
+        MUnitFixture::SetUp();
+        MUnit mu;
+        ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"cm", L"", L"", false), 0);
+        ASSERT_EQ(mu.SetTypeUnit(T(10), 2, L"m", L"", L"", false), 0);
+        ASSERT_EQ(mu.SetTypeUnit(T(14), 3, L"kN", L"m", L"", false), 0);
+        ASSERT_EQ(mu.SetTypeUnit(T(15), 2, L"kN", L"cm", L"", true), 0);
+        ASSERT_EQ(mu.UpDateUnit(), 0);
+    }
+};
+
+TEST_F(ConvertTest, CnvUnitSILeavesOutUntouchedWithoutAFactor) {
+    MUnit mu;
+    double out = 123.0;
+    EXPECT_EQ(mu.CnvUnitSI(out, T(8), 5.0, BASIC_TO_SI), 0);  // absent
+    EXPECT_EQ(out, 123.0);
+    EXPECT_EQ(mu.CnvUnitSI(out, T(8), 5.0, BASIC_FROM_SI), 0);
+    EXPECT_EQ(out, 123.0);
+    EXPECT_EQ(mu.CnvUnitSI(out, T(7), 250.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 2.5);
+    EXPECT_EQ(mu.CnvUnitSI(out, T(7), 2.5, static_cast<BASIC_UNIT>(7)), 0);  // any non-zero
+    EXPECT_DOUBLE_EQ(out, 250.0);
+
+    // A factor of 0 converts to SI (giving 0) but not from SI.
+    TypeUnit zero = mu.GetTypeUnit(T(10));
+    zero.coefficient = 0.0;
+    ASSERT_EQ(mu.ModifyTypeUnit(zero), 0);
+    out = -1.0;
+    mu.CnvUnitSI(out, T(10), 4.0, BASIC_FROM_SI);
+    EXPECT_EQ(out, -1.0);
+    mu.CnvUnitSI(out, T(10), 4.0, BASIC_TO_SI);
+    EXPECT_EQ(out, 0.0);
+}
+
+TEST_F(ConvertTest, ToSIAndBackIsTheIdentity) {
+    MUnit mu;
+    std::mt19937 rng(7);
+    std::uniform_real_distribution<double> value(-1e6, 1e6);
+    for (int i = 0; i < 200; ++i) {
+        const double v = value(rng);
+        for (int id : {7, 14, 15}) {
+            double si = 0.0, back = 0.0;
+            mu.CnvUnitSI(si, T(id), v, BASIC_TO_SI);
+            mu.CnvUnitSI(back, T(id), si, BASIC_FROM_SI);
+            EXPECT_NEAR(back, v, 1e-9 * std::abs(v)) << id;
+        }
+    }
+}
+
+TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
+    MUnit mu;
+    double out = -1.0;
+    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN*m", 2.0, BASIC_TO_SI), 0);
+    EXPECT_EQ(out, 2000.0);
+    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN cm", 2000.0, BASIC_FROM_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 200.0);
+    EXPECT_EQ(mu.CnvUnit(out, T(15), L"kN/cm2", 1.0, BASIC_TO_SI), 1);  // 15 takes no texts
+    EXPECT_EQ(out, 0.0);
+    EXPECT_EQ(mu.CnvUnit(out, T(29), L"kN/cm2", 1.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 1e7);
+    EXPECT_EQ(mu.CnvUnit(out, T(28), L"kN/mm", 1.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 1e6);
+    EXPECT_EQ(mu.CnvUnit(out, T(12), L"cm2", 3.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 3e-4);
+    EXPECT_EQ(mu.CnvUnit(out, T(33), L"mm3", 1.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 1e-9);
+    EXPECT_EQ(mu.CnvUnit(out, T(30), L"cm4", 1.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 1e-8);
+    EXPECT_EQ(mu.CnvUnit(out, T(17), L"Grad", 200.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 200.0 * 0.01570796326795);
+    EXPECT_EQ(mu.CnvUnit(out, T(19), L"t", 2.0, BASIC_TO_SI), 0);
+    EXPECT_EQ(out, 2000.0);
+    EXPECT_EQ(mu.CnvUnit(out, T(19), L"T", 2.0, BASIC_TO_SI), 1);  // a force, not a mass
+    EXPECT_EQ(mu.CnvUnit(out, T(102), L"kN*m/cm", 1.0, BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 1e5);
+    EXPECT_EQ(mu.CnvUnit(out, T(20), L"m", 1.0, BASIC_TO_SI), 1);
+    EXPECT_EQ(mu.CnvUnit(out, T(101), L"kg*m2", 1.0, BASIC_TO_SI), 1);
+    EXPECT_EQ(mu.CnvUnit(out, T(7), L"furlong", 1.0, BASIC_TO_SI), 1);
+    EXPECT_EQ(mu.CnvUnit(out, T(7), L"", 1.0, BASIC_TO_SI), 1);
+    // A divisor unit without a factor fails instead of giving an infinite factor.
+    EXPECT_EQ(mu.CnvUnit(out, T(28), L"kN/furlong", 1.0, BASIC_TO_SI), 1);
+    // A second unit without a factor makes the moment factor 0: fine to SI, not from SI.
+    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_TO_SI), 0);
+    EXPECT_EQ(out, 0.0);
+    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI), 1);
+    GetMInit()->SetCorrectQuantity(false);  // unknown names now convert with factor 1
+    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI), 0);
+    EXPECT_EQ(out, 0.005);
+
+    EXPECT_EQ(MUnit::GetNameUnit1(L"kN2*m/cm3"), L"kN");
+    EXPECT_EQ(MUnit::GetNameUnit2(L"kN2*m/cm3"), L"m");
+    EXPECT_EQ(MUnit::GetNameUnit3(L"kN2*m/cm3"), L"cm");
+    EXPECT_EQ(MUnit::GetNameUnit3(L"a/b/c*d1"), L"c*d");
+    EXPECT_EQ(MUnit::GetNameUnit2(L"m"), L"");
+    EXPECT_EQ(MUnit::GetNameUnit1(L" m"), L"");
+}
+
+TEST_F(ConvertTest, FormatFollowsPrecisionNotationAndRounding) {
+    MUnit mu;
+    EXPECT_EQ(mu.FormatUnit(T(7), 1.5), L"1.50");
+    EXPECT_EQ(mu.FormatUnit(T(15), 1234.5), L"1.23e+03");
+    EXPECT_EQ(mu.FormatUnit(T(8), 0.1), L"0.1");                     // absent: %g
+    ASSERT_EQ(mu.ModifyTypeUnit(T(3), 4, L"", L"", L"", false), 0);  // made by UpDateUnit
+    EXPECT_EQ(mu.FormatUnit(T(3), 2.5), L"2.5");                     // always %g
+    EXPECT_EQ(mu.FormatUnit(T(7), -0.001), L"-0.00");
+
+    GetMInit()->SetRoundFormattedValues(true);
+    EXPECT_EQ(mu.FormatUnit(T(7), 0.125), L"0.13");
+    EXPECT_EQ(mu.FormatUnit(T(7), -0.125), L"-0.13");
+    EXPECT_EQ(mu.FormatUnit(T(7), -0.001), L"0.00");
+    EXPECT_EQ(mu.FormatUnit(T(7), -0.0), L"0.00");
+
+    // Precisions outside 0-30 are held to that range.
+    TypeUnit t = mu.GetTypeUnit(T(10));
+    t.precision = -4;
+    ASSERT_EQ(mu.ModifyTypeUnit(t), 0);
+    EXPECT_EQ(mu.FormatUnit(T(10), 2.5), L"3");
+    t.precision = 1 << 30;
+    ASSERT_EQ(mu.ModifyTypeUnit(t), 0);
+    EXPECT_EQ(mu.FormatUnit(T(10), 0.5).size(), 32u);
+
+    EXPECT_EQ(mu.CnvUnitSIToText(T(7), 0.0123, BASIC_FROM_SI, SEPARATOR_TO_LOCALE), L"1.23");
+    EXPECT_EQ(mu.CnvUnitSIToText(T(9), 0.0123, BASIC_FROM_SI, SEPARATOR_TO_LOCALE), L"0");
+}
+
+TEST_F(ConvertTest, LocaleSeparatorInTextsAndParsing) {
+    MUnit mu;
+    SetDecimal(L",");
+    EXPECT_EQ(MUnit::GetDecimalSep(), L",");
+    EXPECT_EQ(MUnit::CnvSeparator(L"1.5 + 2.25", SEPARATOR_TO_LOCALE), L"1,5 + 2,25");
+    EXPECT_EQ(MUnit::CnvSeparator(L"1,5", SEPARATOR_TO_POINT), L"1.5");
+    EXPECT_EQ(MUnit::CnvSeparator(nullptr, SEPARATOR_TO_POINT), L"");
+    EXPECT_EQ(mu.CnvUnitSIToText(T(7), 0.015, BASIC_FROM_SI, SEPARATOR_TO_LOCALE), L"1,50");
+    EXPECT_EQ(mu.CnvUnitSIToText(T(7), 0.015, BASIC_FROM_SI, SEPARATOR_TO_POINT), L"1.50");
+    double out = -1.0;
+    EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(7), L"12,5 cm", BASIC_TO_SI), 0);
+    EXPECT_DOUBLE_EQ(out, 0.125);
+    EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(7), L"abc", BASIC_TO_SI), 0);
+    EXPECT_EQ(out, 0.0);
+    EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(8), L"3", BASIC_TO_SI), 0);  // absent: stays 0
+    EXPECT_EQ(out, 0.0);
+    EXPECT_DOUBLE_EQ(mu.applyUnit(0.0123456, T(7)), 0.0123);
+
+    std::wstring text = L"3.25";
+    SetDecimal(L"<>");
+    MUnit::CnvSeparatorEx(text, SEPARATOR_TO_LOCALE);
+    EXPECT_EQ(text, L"3<>25");
+    MUnit::CnvSeparatorEx(text, SEPARATOR_TO_POINT);
+    EXPECT_EQ(text, L"3.25");
+    // An unknown separator leaves texts alone rather than dropping their points.
+    SetDecimal(L"");
+    EXPECT_EQ(MUnit::CnvSeparator(L"3.25", SEPARATOR_TO_LOCALE), L"3.25");
+    EXPECT_DOUBLE_EQ(mu.applyUnit(0.0123456, T(7)), 0.0123);
+}
+
+TEST_F(ConvertTest, ComparisonsAsDisplayedAroundZero) {
+    MUnit mu;
+    const MUNIT_TYPES m = T(10);  // metres, two decimals
+    EXPECT_TRUE(mu.eqUnit(-0.001, 0.0, m));
+    EXPECT_TRUE(mu.eqUnit(0.0, -0.004, m));
+    EXPECT_TRUE(mu.eqUnit(-0.001, 0.001, m));
+    EXPECT_FALSE(mu.eqUnit(-0.01, 0.01, m));
+    EXPECT_FALSE(mu.eqUnit(-0.006, 0.0, m));  // -0.01 against 0.00
+    EXPECT_TRUE(mu.eqUnit(1.004, 1.001, m));
+    EXPECT_FALSE(mu.eqUnit(1.004, 1.006, m));
+    EXPECT_EQ(mu.cmpUnit(-0.001, 0.0, m), 0);
+    EXPECT_EQ(mu.cmpUnit(-0.01, 0.01, m), -1);
+    EXPECT_EQ(mu.cmpUnit(0.01, -0.01, m), 1);
+    EXPECT_FALSE(mu.gtUnit(0.001, -0.001, m));
+    EXPECT_TRUE(mu.gtEqUnit(-0.001, 0.001, m));
+    EXPECT_TRUE(mu.lsEqUnit(0.001, -0.001, m));
+
+    // Exactly one of less, equal, greater holds, and the six functions agree with it.
+    std::mt19937 rng(11);
+    std::uniform_real_distribution<double> value(-0.05, 0.05);
+    int equal = 0;
+    for (int i = 0; i < 2000; ++i) {
+        const double a = value(rng), b = value(rng);
+        const bool eq = mu.eqUnit(a, b, m), gt = mu.gtUnit(a, b, m), ls = mu.lsUnit(a, b, m);
+        ASSERT_EQ(eq + gt + ls, 1) << a << " " << b;
+        ASSERT_EQ(mu.cmpUnit(a, b, m), eq ? 0 : (ls ? -1 : 1));
+        ASSERT_EQ(mu.gtEqUnit(a, b, m), eq || gt);
+        ASSERT_EQ(mu.lsEqUnit(a, b, m), eq || ls);
+        ASSERT_EQ(eq, mu.eqUnit(b, a, m));
+        // Equal values show the same text once "-0.00" and "0.00" are taken as one.
+        ASSERT_EQ(eq, mu.applyUnit(a, m) == mu.applyUnit(b, m));
+        equal += eq;
+    }
+    EXPECT_GT(equal, 0);
+}
+
+}  // namespace
+}  // namespace quillon::munit::testing

@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "quillon/units/vunit.h"
+
+namespace quillon::munit {
+namespace {
+
+struct Case {
+    const wchar_t* text;
+    double value;
+    int m, kg, s;
+};
+
+void ExpectQuantity(const Case& c) {
+    const VUnit v(c.text);
+    ASSERT_TRUE(v.is_valid()) << "text: " << testing::PrintToString(std::wstring(c.text));
+    EXPECT_NEAR(v.to_mks(), c.value, 1e-12 * std::fabs(c.value))
+        << testing::PrintToString(std::wstring(c.text));
+    EXPECT_EQ(v.unit(), SUnit(c.m, c.kg, c.s)) << testing::PrintToString(std::wstring(c.text));
+}
+
+void ExpectInvalid(const wchar_t* text) {
+    const VUnit v(text);
+    EXPECT_FALSE(v.is_valid()) << testing::PrintToString(std::wstring(text));
+    EXPECT_FALSE(static_cast<bool>(v));
+}
+
+class UnitText : public ::testing::Test {
+protected:
+    void TearDown() override { VUnit::YaccTrace(false); }
+};
+
+TEST_F(UnitText, EveryGrammarRuleGivesItsQuantity) {
+    const Case cases[] = {
+        {L"", 1, 0, 0, 0},                // 1
+        {L" \t ", 1, 0, 0, 0},            // 1: blanks only
+        {L"5", 5, 0, 0, 0},               // 3, 16, 18
+        {L"-3", -3, 0, 0, 0},             // 3, 17, 18
+        {L"2.5", 2.5, 0, 0, 0},           // 3, 19
+        {L"1e3", 1000, 0, 0, 0},          // 19: "e" makes a real number
+        {L"3 kN*m", 3000, 2, 1, -2},      // 4, 12
+        {L"2 kN/m", 2000, 0, 1, -2},      // 4, 9
+        {L"2m", 2, 1, 0, 0},              // 4 without a blank
+        {L"2e3m", 2000, 1, 0, 0},         // 4 with a real number
+        {L"-2 m", -2, 1, 0, 0},           // 4, 17
+        {L"2*m", 2, 1, 0, 0},             // 5
+        {L"2 * kN / m", 2000, 0, 1, -2},  // 5, 9
+        {L"1/s", 1, 0, 0, -1},            // 6
+        {L"2/kN*m", 0.002, -2, -1, 2},    // 6: the whole product is divided
+        {L"kN", 1000, 1, 1, -2},          // 7, 8, 10, 13
+        {L"kN/m*s", 1000, 0, 1, -3},      // 9: the denominator is a product
+        {L"kN m", 1000, 2, 1, -2},        // 11
+        {L"kN m s", 1000, 2, 1, -1},      // 11, 11
+        {L"m2", 1, 2, 0, 0},              // 14
+        {L"m 3", 1, 3, 0, 0},             // 14 after a blank
+        {L"m2 2", 1, 4, 0, 0},            // 14, 14
+        {L"cm2", 1e-4, 2, 0, 0},          // 14 on a prefixed unit
+        {L"m^2", 1, 2, 0, 0},             // 15, 16
+        {L"s^-2", 1, 0, 0, -2},           // 15, 17
+        {L"mm^-2^2", 1e12, -4, 0, 0},     // 15, 15
+        {L"m^0", 1, 0, 0, 0},             // a power of 0 is the dimensionless 1
+        {L"kN0", 1, 0, 0, 0},
+        {L"kN^1", 1000, 1, 1, -2},  // a power of 1 leaves the factor
+        {L"km^3", 1e9, 3, 0, 0},
+        {L"2.5 MPa", 2.5e6, -1, 1, -2},
+        {L"kg/m^3", 1, -3, 1, 0},
+        {L"1000*m*kg/s^2", 1000, 1, 1, -2},
+    };
+    for (const Case& c : cases) ExpectQuantity(c);
+}
+
+TEST_F(UnitText, GrammarErrorsGiveAnInvalidQuantity) {
+    const wchar_t* bad[] = {
+        L"kN/m/s",  // a second quotient
+        L"1/s/m",  L"2/kN/m",  L"(m)",   L"m)",   L"2 3",   L"2 3 m", L"3/2",   L"/m",
+        L"m/",     L"*m",      L"m*",    L"m**m", L"m*2",   L"2**m",  L"m^",    L"m^2.5",
+        L"m^m",    L"m -2",    L"m2.5",  L"-",    L"--2",   L"- 2",   L"1.5.2", L"m,",
+        L".5 m",   L"2 m 3 /", L"kN//m", L"m^+2", L"2 + m", L"2em",
+    };
+    for (const wchar_t* text : bad) ExpectInvalid(text);
+    ExpectInvalid(nullptr);
+}
+
+TEST_F(UnitText, UnknownWordsAndCharactersAreRefused) {
+    const wchar_t* bad[] = {L"foo", L"x",    L"pa",      L"kn",      L"d", L"da",    L"2 e",
+                            L"mx",  L"kN·m", L"m\u00b2", L"\u00b5m", L"K", L"2 % m", L"m_"};
+    for (const wchar_t* text : bad) ExpectInvalid(text);
+}
+
+TEST_F(UnitText, PrefixesTakeTheFirstMatchThenABaseUnit) {
+    const Case cases[] = {
+        {L"mm", 0.001, 1, 0, 0},   {L"m", 1, 1, 0, 0},  // "m" alone falls back to the base metre
+        {L"dm", 0.1, 1, 0, 0},     {L"daN", 10, 1, 1, -2},  // "da" is tried before "d"
+        {L"dam", 10, 1, 0, 0},     {L"cm", 0.01, 1, 0, 0},   {L"Mm", 1e6, 1, 0, 0},
+        {L"hPa", 100, -1, 1, -2},  {L"uN", 1e-6, 1, 1, -2},  {L"ms", 0.001, 0, 0, 1},
+        {L"kg", 1, 0, 1, 0},       {L"g", 0.001, 0, 1, 0},   {L"kG", 9.80665, 1, 1, -2},
+        {L"kHz", 1000, 0, 0, -1},  {L"MW", 1e6, 2, 1, -3},   {L"kJ", 1000, 2, 1, -2},
+        {L"ks", 1000, 0, 0, 1},    {L"mmm", 0.001, 2, 0, 0},  // "mm" then "m"
+        {L"kNm", 1000, 2, 1, -2},   // "kN" then "m": words match by their beginning
+        {L"min", 0.0254, 2, 0, 0},  // no prefix fits "in": the base "m", then "in"
+    };
+    for (const Case& c : cases) ExpectQuantity(c);
+}
+
+TEST_F(UnitText, WholeUnitsComeFirstWithTheirKeptRows) {
+    const Case cases[] = {
+        {L"5 ton", 4535.92511, 1, 0, 0},  // kept: "ton" carries a length
+        {L"T", 9806.65, 1, 1, -2},        // kept: "T" is a force
+        {L"Ton", 8896.446, 1, 1, -2},
+        {L"t", 1000, 0, 1, 0},
+        {L"inch", 0.0254, 1, 0, 0},
+        {L"in", 0.0254, 1, 0, 0},
+        {L"foot", 0.3048, 1, 0, 0},
+        {L"ft-in", 0.3048, 1, 0, 0},
+        {L"ft", 0.3048, 1, 0, 0},
+        {L"kip", 4448.223, 1, 1, -2},   // before the prefix "k"
+        {L"kips", 4448.223, 1, 1, -1},  // "kip" then "s"
+        {L"ksi", 6894759.439518879, -1, 1, -2},
+        {L"lb", 4.448223, 1, 1, -2},
+        {L"psi", 6894.759439518879, -1, 1, -2},
+        {L"yard", 0.9144, 1, 0, 0},
+        {L"lb/ft", 4.448223 / 0.3048, 0, 1, -2},
+        {L"kip*ft", 4448.223 * 0.3048, 2, 1, -2},
+    };
+    for (const Case& c : cases) ExpectQuantity(c);
+}
+
+TEST_F(UnitText, ExponentsBeyondTheirRangeMakeTheTextInvalid) {
+    EXPECT_EQ(VUnit(L"m^2147483647").unit(), SUnit(2147483647, 0, 0));
+    EXPECT_EQ(VUnit(L"m^99999999999").unit(), SUnit(2147483647, 0, 0));  // saturates
+    ExpectInvalid(L"m^2147483647 m");
+    ExpectInvalid(L"m^-2147483648 / m");
+    ExpectInvalid(L"m2 1073741824");
+    ExpectInvalid(L"s^-1^-2147483648");
+    EXPECT_TRUE(VUnit(L"m^100000 m^-100000").is_valid());
+}
+
+TEST_F(UnitText, VsetFormatsOnlyWhenTheTextHoldsAPercentSign) {
+    VUnit v;
+    EXPECT_TRUE(v.vset(L"%g kN*m", 2.5));
+    EXPECT_DOUBLE_EQ(v.to_mks(), 2500);
+    EXPECT_EQ(v.type(), SUnit::moment);
+    EXPECT_TRUE(v.vset(L"%d %ls/%ls", 3, L"kN", L"m^2"));
+    EXPECT_DOUBLE_EQ(v.to_mks(), 3000);
+    EXPECT_EQ(v.type(), SUnit::stress);
+    EXPECT_TRUE(v.vset(L"kN"));
+    EXPECT_DOUBLE_EQ(v.to_mks(), 1000);
+    EXPECT_FALSE(v.vset(L"%ls", L"(m)"));
+    EXPECT_FALSE(v.vset(nullptr));
+    // Blanks parse as the empty text, so only the buffer's limit makes these invalid.
+    const std::wstring blanks(4095, L' ');
+    EXPECT_TRUE(v.vset(L"%ls", blanks.c_str()));
+    EXPECT_FALSE(v.vset(L"%ls ", blanks.c_str()));
+}
+
+TEST_F(UnitText, ParsesOnSeveralThreadsDoNotInterfere) {
+    const Case cases[] = {{L"2.5 kN*m", 2500, 2, 1, -2},
+                          {L"kg/m^3", 1, -3, 1, 0},
+                          {L"1/s", 1, 0, 0, -1},
+                          {L"5 ton", 4535.92511, 1, 0, 0}};
+    std::vector<std::thread> threads;
+    std::vector<int> failures(4, 0);
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < 2000; ++i) {
+                const Case& c = cases[(t + i) % 4];
+                const VUnit v(c.text);
+                if (!v || v.to_mks() != VUnit(c.text).to_mks() ||
+                    !(v.unit() == SUnit(c.m, c.kg, c.s))) {
+                    ++failures[t];
+                }
+            }
+        });
+    }
+    for (auto& thread : threads) thread.join();
+    for (int f : failures) EXPECT_EQ(f, 0);
+}
+
+TEST_F(UnitText, TraceShowsTokensAndReductions) {
+    EXPECT_FALSE(VUnit::YaccTrace());
+    VUnit::YaccTrace(true);
+    EXPECT_TRUE(VUnit::YaccTrace());
+    testing::internal::CaptureStderr();
+    const VUnit ok(L"2 kN/m");
+    const VUnit bad(L"kN/m/s");
+    const std::string trace = testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(ok.is_valid());
+    EXPECT_FALSE(bad.is_valid());
+    EXPECT_NE(trace.find("UNIT \"kN\""), std::string::npos) << trace;
+    EXPECT_NE(trace.find("rule 9"), std::string::npos) << trace;
+    EXPECT_NE(trace.find("rule 4"), std::string::npos) << trace;
+    EXPECT_NE(trace.find("syntax error"), std::string::npos) << trace;
+    VUnit::YaccTrace(false);
+    testing::internal::CaptureStderr();
+    (void)VUnit(L"kN");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// Garbage, mutations and truncations of good texts: every one gives a quantity or an invalid one,
+// the same on every run; under the sanitizers this is our fuzzing.
+TEST_F(UnitText, RandomTextsNeverBreakTheParser) {
+    std::mt19937 random(20240611);
+    const std::wstring alphabet =
+        L"0123456789-+.eE*/^ ()kMmhdacugsGNHzPaJWTontinchfklbpsiyr\u00b2x%";
+    const std::wstring seeds[] = {L"2.5 kN*m",    L"kg/m^3",     L"1/s",
+                                  L"3 kN*m/s^-2", L"m2 3 ft-in", L"-4e-2*daN/cm^2"};
+    int valid = 0;
+    for (int i = 0; i < 20000; ++i) {
+        std::wstring text;
+        if (i % 2 == 0) {
+            text.resize(random() % 24);
+            for (wchar_t& c : text) c = alphabet[random() % alphabet.size()];
+        } else {
+            text = seeds[random() % std::size(seeds)];
+            const int edits = 1 + static_cast<int>(random() % 3);
+            for (int e = 0; e < edits && !text.empty(); ++e) {
+                const std::size_t at = random() % text.size();
+                switch (random() % 3) {
+                    case 0:
+                        text.erase(at, 1);
+                        break;
+                    case 1:
+                        text.insert(at, 1, alphabet[random() % alphabet.size()]);
+                        break;
+                    default:
+                        text.resize(at);
+                        break;
+                }
+            }
+        }
+        const VUnit v(text.c_str());
+        const VUnit again(text.c_str());
+        ASSERT_EQ(v.is_valid(), again.is_valid());
+        if (v.is_valid()) {
+            ++valid;
+            ASSERT_EQ(v.unit(), again.unit());
+            std::wostringstream out;
+            out << v;
+            ASSERT_NE(out.str(), L"[BAD-UNIT]");
+        }
+    }
+    EXPECT_GT(valid, 100);  // the mutations reach the accepting paths too
+}
+
+}  // namespace
+}  // namespace quillon::munit
