@@ -10,7 +10,9 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include <cstdlib>
 #include <cstring>
+#include <string>
 #endif
 
 namespace quillon::platform {
@@ -58,7 +60,28 @@ LocaleTexts readEnvironment() {
 
 LocaleTexts CurrentLocaleTexts() {
     if (const auto& slot = overrideSlot()) return *slot;
+#if defined(_WIN32)
     return readEnvironment();
+#else
+    // Opening a locale costs far more than formatting a number, and display code asks for every
+    // value it shows. The texts depend only on the locale variables of the environment, so they
+    // are read again whenever one of those changes and reused while none does.
+    std::string key;
+    for (const char* name : {"LC_ALL", "LC_NUMERIC", "LC_MONETARY", "LANG"}) {
+        const char* value = std::getenv(name);
+        key += value ? value : "\x01";
+        key += '\0';
+    }
+    static std::string cachedKey;
+    static LocaleTexts cached;
+    static bool known = false;
+    if (!known || key != cachedKey) {
+        cached = readEnvironment();
+        cachedKey = std::move(key);
+        known = true;
+    }
+    return cached;
+#endif
 }
 
 void SetLocaleOverride(LocaleTexts texts) { overrideSlot() = std::move(texts); }

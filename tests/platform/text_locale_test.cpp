@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdlib>
 #include <cmath>
 #include <string>
 
@@ -80,6 +81,33 @@ TEST(Locale, OverrideWinsUntilCleared) {
     EXPECT_NE(environment, fixed);
     EXPECT_EQ(environment, CurrentLocaleTexts());  // read anew, and the same while nothing changed
 }
+
+}  // namespace
+}  // namespace quillon::platform
+
+namespace quillon::platform {
+namespace {
+
+#if !defined(_WIN32)
+// The texts follow the environment: a changed locale variable is seen on the next call.
+TEST(Locale, EnvironmentChangesAreSeenAtOnce) {
+    const char* saved = std::getenv("LC_ALL");
+    const std::string before = saved ? saved : "";
+    ::setenv("LC_ALL", "C", 1);
+    EXPECT_EQ(CurrentLocaleTexts().decimal, L".");
+    if (::setenv("LC_ALL", "de_DE.UTF-8", 1) == 0 && CurrentLocaleTexts().decimal == L",") {
+        EXPECT_EQ(CurrentLocaleTexts().monetaryDecimal, L",");
+        EXPECT_EQ(CurrentLocaleTexts().currencySymbol, L"\u20ac");
+    }
+    ::setenv("LC_ALL", "C", 1);
+    EXPECT_EQ(CurrentLocaleTexts().decimal, L".");
+    if (saved) {
+        ::setenv("LC_ALL", before.c_str(), 1);
+    } else {
+        ::unsetenv("LC_ALL");
+    }
+}
+#endif
 
 }  // namespace
 }  // namespace quillon::platform
