@@ -112,19 +112,17 @@ ProSolidContour& ProSolidContour::operator=(const ProSolidContour& o) {
     return *this;
 }
 
-ProSolidContour::~ProSolidContour() {
-    // Each hole's destructor takes it out of `children`.
-    while (!children.empty()) delete children.back();
-    Detach();
-}
+namespace {
 
-ProContour* ProSolidContour::Duplicate() const {
-    auto* copy = new ProSolidContour(*this);
+// Attaches deep copies of `children` to `copy` and returns it; if a copy cannot be made, `copy`
+// and what it holds are deleted before the failure passes on, so nothing leaks.
+template <typename Owner, typename Child>
+Owner* DuplicateChildrenInto(Owner* copy, const std::vector<Child*>& children) {
     try {
-        for (ProClosedContour* hole : children) {
-            ProContour* d = hole->Duplicate();
-            if (auto* closed = dynamic_cast<ProClosedContour*>(d)) {
-                copy->Attach(closed);
+        for (Child* child : children) {
+            ProContour* d = child->Duplicate();
+            if (auto* typed = dynamic_cast<Child*>(d)) {
+                copy->Attach(typed);
             } else {
                 delete d;
             }
@@ -134,6 +132,18 @@ ProContour* ProSolidContour::Duplicate() const {
         throw;
     }
     return copy;
+}
+
+}  // namespace
+
+ProSolidContour::~ProSolidContour() {
+    // Each hole's destructor takes it out of `children`.
+    while (!children.empty()) delete children.back();
+    Detach();
+}
+
+ProContour* ProSolidContour::Duplicate() const {
+    return DuplicateChildrenInto(new ProSolidContour(*this), children);
 }
 
 void ProSolidContour::Accept(ProContourVisitor& v) { v.VisitSolidContour(*this); }
@@ -171,21 +181,7 @@ bool ProSolidContour::remove_child_reference(ProContour* child) {
 ProComplexContour::~ProComplexContour() { Clear(); }
 
 ProContour* ProComplexContour::Duplicate() const {
-    auto* copy = new ProComplexContour();
-    try {
-        for (ProSolidContour* solid : children) {
-            ProContour* d = solid->Duplicate();
-            if (auto* s = dynamic_cast<ProSolidContour*>(d)) {
-                copy->Attach(s);
-            } else {
-                delete d;
-            }
-        }
-    } catch (...) {
-        delete copy;
-        throw;
-    }
-    return copy;
+    return DuplicateChildrenInto(new ProComplexContour(), children);
 }
 
 void ProComplexContour::Accept(ProContourVisitor& v) { v.VisitComplexContour(*this); }
