@@ -19,15 +19,24 @@ constexpr std::array<char16_t, 32> kCp1252High = {
 
 const char* causeText(int cause) {
     switch (cause) {
-        case ArchiveException::none: return "archive: no error";
-        case ArchiveException::generic: return "archive: stream failure";
-        case ArchiveException::readOnly: return "archive: storing into a loading archive";
-        case ArchiveException::endOfFile: return "archive: read past the end";
-        case ArchiveException::writeOnly: return "archive: loading from a storing archive";
-        case ArchiveException::badIndex: return "archive: bad index";
-        case ArchiveException::badClass: return "archive: bad class";
-        case ArchiveException::badSchema: return "archive: unknown schema version";
-        default: return "archive: error";
+        case ArchiveException::none:
+            return "archive: no error";
+        case ArchiveException::generic:
+            return "archive: stream failure";
+        case ArchiveException::readOnly:
+            return "archive: storing into a loading archive";
+        case ArchiveException::endOfFile:
+            return "archive: read past the end";
+        case ArchiveException::writeOnly:
+            return "archive: loading from a storing archive";
+        case ArchiveException::badIndex:
+            return "archive: bad index";
+        case ArchiveException::badClass:
+            return "archive: bad class";
+        case ArchiveException::badSchema:
+            return "archive: unknown schema version";
+        default:
+            return "archive: error";
     }
 }
 
@@ -201,7 +210,8 @@ Archive& Archive::operator>>(std::wstring& v) {
                     c = 0x10000 + ((pendingHigh - 0xD800) << 10) + (c - 0xDC00);
                     pendingHigh = 0;
                 } else if (pendingHigh) {
-                    result.push_back(static_cast<wchar_t>(pendingHigh));  // lone high surrogate kept
+                    result.push_back(
+                        static_cast<wchar_t>(pendingHigh));  // lone high surrogate kept
                     pendingHigh = 0;
                 }
             }

@@ -3,19 +3,19 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
-#include <limits>
-#include <utility>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cwchar>
+#include <limits>
+#include <utility>
 #include <vector>
 
 #if defined(_WIN32)
 #include <locale.h>
 #else
-#include <clocale>
 #include <locale.h>
+#include <clocale>
 #endif
 
 namespace quillon::platform {

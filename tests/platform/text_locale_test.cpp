@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdlib>
 #include <cmath>
+#include <cstdlib>
 #include <string>
 
 #include "quillon/platform/locale.h"
@@ -15,10 +15,12 @@ TEST(Text, Utf8RoundTripsAndRepairsBadBytes) {
     const std::wstring text = L"M\u00fcnchen \u20ac 5 \u00b2";
     EXPECT_EQ(ToUtf8(text), "M\xc3\xbcnchen \xe2\x82\xac 5 \xc2\xb2");
     EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
-    EXPECT_EQ(FromUtf8("a\xff" "b"), L"a\ufffdb");
-    EXPECT_EQ(FromUtf8("\xe2\x82"), L"\ufffd");            // cut-off sequence
-    EXPECT_EQ(FromUtf8("\xc0\xaf"), L"\ufffd\ufffd");      // overlong form refused
-    EXPECT_EQ(FromUtf8("\xed\xa0\x80x"), L"\ufffdx");      // encoded surrogate refused
+    EXPECT_EQ(FromUtf8("a\xff"
+                       "b"),
+              L"a\ufffdb");
+    EXPECT_EQ(FromUtf8("\xe2\x82"), L"\ufffd");        // cut-off sequence
+    EXPECT_EQ(FromUtf8("\xc0\xaf"), L"\ufffd\ufffd");  // overlong form refused
+    EXPECT_EQ(FromUtf8("\xed\xa0\x80x"), L"\ufffdx");  // encoded surrogate refused
     const std::string astral = "\xf0\x9f\x98\x80";
     const std::wstring wide = FromUtf8(astral);
     EXPECT_EQ(ToUtf8(wide), astral);
@@ -30,9 +32,9 @@ TEST(Text, LeadingNumberRule) {
     EXPECT_EQ(_wtof(L"-3e2x"), -300.0);
     EXPECT_EQ(_wtof(L"+.5"), 0.5);
     EXPECT_EQ(_wtof(L"7."), 7.0);
-    EXPECT_EQ(_wtof(L"2e"), 2.0);       // an exponent without digits is not part of the number
+    EXPECT_EQ(_wtof(L"2e"), 2.0);  // an exponent without digits is not part of the number
     EXPECT_EQ(_wtof(L"2e+"), 2.0);
-    EXPECT_EQ(_wtof(L"1,5"), 1.0);      // "." is the only decimal point
+    EXPECT_EQ(_wtof(L"1,5"), 1.0);  // "." is the only decimal point
     EXPECT_EQ(_wtof(L"abc"), 0.0);
     EXPECT_EQ(_wtof(L"."), 0.0);
     EXPECT_EQ(_wtof(L"-"), 0.0);
