@@ -1,9 +1,10 @@
-// CnvUnitSI on the conversions the edit controls and grids make all the time: lengths, forces,
-// moments and stresses, to SI and back, with a table of the usual size.
+// Units: conversions through the catalogue and parsing of value-with-unit texts. The
+// items-per-second counters are conversions and texts per second.
 #include <benchmark/benchmark.h>
 
 #include "quillon/platform/locale.h"
 #include "quillon/units/munit.h"
+#include "quillon/units/vunit.h"
 
 namespace {
 
@@ -102,4 +103,24 @@ BENCHMARK(BM_CnvUnitSIToText_FixedLocale);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+// ---- Parsing of value-with-unit texts
+
+namespace {
+
+void ParseText(benchmark::State& state, const wchar_t* text) {
+    for (auto _ : state) {
+        quillon::munit::VUnit value(text);
+        benchmark::DoNotOptimize(value);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void BM_ParseMoment(benchmark::State& state) { ParseText(state, L"2.5 kN*m"); }
+void BM_ParseDensity(benchmark::State& state) { ParseText(state, L"kg/m^3"); }
+void BM_ParseFrequency(benchmark::State& state) { ParseText(state, L"1/s"); }
+
+}  // namespace
+
+BENCHMARK(BM_ParseMoment);
+BENCHMARK(BM_ParseDensity);
+BENCHMARK(BM_ParseFrequency);
