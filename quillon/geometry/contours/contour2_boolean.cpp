@@ -1,0 +1,77 @@
+#include "quillon/geometry/contours/contour2_boolean.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "quillon/geometry/contours/las_solver.h"
+
+namespace quillon {
+
+namespace {
+
+std::unique_ptr<ProComplexContour> ToShape(const Contour2& c, ProContourFactory& f) {
+    std::unique_ptr<ProComplexContour> shape(f.CreateComplexContour());
+    if (c.Points().size() < 3) return shape;
+    LAContour outline;
+    for (const Point2& p : c.Points()) outline.push_back(LAEdge(p));
+    ProSolidContour* s = f.CreateSolidContour();
+    s->SetLAContour(outline);
+    shape->Attach(s);
+    return shape;
+}
+
+double Scale(const Contour2& c) {
+    double m = 0.0;
+    for (const Point2& p : c.Points()) m = std::max({m, std::fabs(p.x), std::fabs(p.y)});
+    return m;
+}
+
+// The polygon of a solver contour: its vertices without the repeated closing point, turned to
+// run counter-clockwise (outer) or clockwise (hole).
+Contour2 ToPolygon(const LAContour& c, bool counterClockwise, double tol) {
+    std::vector<Point2> pts;
+    for (const LAEdge& e : c)
+        if (pts.empty() || pts.back().distance(e.start) > 0.0) pts.push_back(e.start);
+    while (pts.size() > 1 && pts.back().distance(pts.front()) == 0.0) pts.pop_back();
+    Contour2 poly(std::move(pts), tol);
+    if ((poly.SignedArea() > 0.0) != counterClockwise)
+        std::reverse(poly.Points().begin(), poly.Points().end());
+    return poly;
+}
+
+std::vector<Contour2Region> Combine(const Contour2& a, const Contour2& b,
+                                    LAS_Solver::Operation op) {
+    const double eps = std::max({a.tol, b.tol, 1e-9 * std::max(Scale(a), Scale(b))});
+    ProContourFactory f;
+    const auto sa = ToShape(a, f);
+    const auto sb = ToShape(b, f);
+    LAS_Solver solver(eps);
+    std::unique_ptr<ProComplexContour> r(solver.Solv(sa.get(), sb.get(), op, &f));
+    std::vector<Contour2Region> out;
+    if (!r) return out;
+    for (unsigned long i = 0; i < r->ChildrenCount(); ++i) {
+        const ProSolidContour* s = r->SolidChild(i);
+        Contour2Region region{ToPolygon(*s, true, a.tol), {}};
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j)
+            region.holes.push_back(ToPolygon(*s->ClosedChild(j), false, a.tol));
+        out.push_back(std::move(region));
+    }
+    return out;
+}
+
+}  // namespace
+
+std::vector<Contour2Region> Contour2Intersection(const Contour2& a, const Contour2& b) {
+    return Combine(a, b, LAS_Solver::Intersection);
+}
+
+std::vector<Contour2Region> Contour2Difference(const Contour2& a, const Contour2& b) {
+    return Combine(a, b, LAS_Solver::Difference);
+}
+
+std::vector<Contour2Region> Contour2Union(const Contour2& a, const Contour2& b) {
+    return Combine(a, b, LAS_Solver::Union);
+}
+
+}  // namespace quillon

@@ -1,0 +1,512 @@
+#include "quillon/geometry/contours/las_geometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace quillon::las_detail {
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+double Cross(const Vector2& u, const Vector2& v) { return u.x * v.y - u.y * v.x; }
+// Plain square root of the sum of squares: the coordinates here are far from overflow, and this
+// is several times cheaper than std::hypot in the inner loops.
+double Dist(const Point2& p, const Point2& q) {
+    const double dx = p.x - q.x, dy = p.y - q.y;
+    return std::sqrt(dx * dx + dy * dy);
+}
+double Dot(const Vector2& u, const Vector2& v) { return u.x * v.x + u.y * v.y; }
+
+Point2 Rotated(const Point2& c, const Point2& p, double angle) {
+    const double s = std::sin(angle), co = std::cos(angle);
+    const double dx = p.x - c.x, dy = p.y - c.y;
+    return {c.x + dx * co - dy * s, c.y + dx * s + dy * co};
+}
+
+double SegmentDistance(const Point2& a, const Point2& b, const Point2& p) {
+    const Vector2 d = b - a;
+    const double l2 = Dot(d, d);
+    if (l2 == 0.0) return Dist(p, a);
+    const double t = std::clamp(Dot(p - a, d) / l2, 0.0, 1.0);
+    return Dist(p, Point2(a.x + t * d.x, a.y + t * d.y));
+}
+
+double LineDistance(const Curve& l, const Point2& p) {
+    const Vector2 d = l.b - l.a;
+    const double len = d.length();
+    if (len == 0.0) return Dist(p, l.a);
+    return std::fabs(Cross(d, p - l.a)) / len;
+}
+
+void AddUnique(std::vector<Point2>& out, const Point2& x, double eps) {
+    for (const Point2& y : out)
+        if (Dist(x, y) <= eps) return;
+    out.push_back(x);
+}
+
+}  // namespace
+
+void Box::Add(const Point2& p) {
+    if (Empty()) {
+        x0 = x1 = p.x;
+        y0 = y1 = p.y;
+        return;
+    }
+    x0 = std::min(x0, p.x);
+    x1 = std::max(x1, p.x);
+    y0 = std::min(y0, p.y);
+    y1 = std::max(y1, p.y);
+}
+
+void Box::Add(const Box& b) {
+    if (b.Empty()) return;
+    Add(Point2(b.x0, b.y0));
+    Add(Point2(b.x1, b.y1));
+}
+
+Curve Curve::Line(const Point2& a, const Point2& b) {
+    Curve k;
+    k.type = 0;
+    k.a = a;
+    k.b = b;
+    return k;
+}
+
+Curve Curve::Arc(const Point2& a, const Point2& b, const Point2& c, double sweep) {
+    Curve k;
+    k.type = 1;
+    k.a = a;
+    k.b = b;
+    k.c = c;
+    k.sweep = sweep;
+    k.r = Dist(a, c);
+    return k;
+}
+
+bool Curve::IsFullCircle() const { return type == 1 && std::fabs(sweep) >= kTwoPi - 1e-12; }
+
+double ArcParam(const Curve& arc, const Point2& p) {
+    const Vector2 v0 = arc.a - arc.c, v = p - arc.c;
+    double t = std::atan2(Cross(v0, v), Dot(v0, v));
+    if (arc.sweep < 0.0) t = -t;
+    if (t < 0.0) t += kTwoPi;
+    if (t >= kTwoPi) t = 0.0;
+    return t;
+}
+
+Point2 CurvePoint(const Curve& k, double t) {
+    if (t <= 0.0) return k.a;
+    if (t >= 1.0) return k.b;
+    if (k.type == 0) return {k.a.x + t * (k.b.x - k.a.x), k.a.y + t * (k.b.y - k.a.y)};
+    return Rotated(k.c, k.a, t * k.sweep);
+}
+
+double CurveParam(const Curve& k, const Point2& p) {
+    if (k.type == 0) {
+        const Vector2 d = k.b - k.a;
+        const double l2 = Dot(d, d);
+        if (l2 == 0.0) return 0.0;
+        return std::clamp(Dot(p - k.a, d) / l2, 0.0, 1.0);
+    }
+    const double s = std::fabs(k.sweep);
+    if (s == 0.0) return 0.0;
+    const double t = ArcParam(k, p);
+    if (k.IsFullCircle()) return t / kTwoPi;
+    if (t <= s) return t / s;
+    return (t - s < kTwoPi - t) ? 1.0 : 0.0;
+}
+
+Point2 CurveMid(const Curve& k) {
+    if (k.type == 0) return {(k.a.x + k.b.x) / 2.0, (k.a.y + k.b.y) / 2.0};
+    return Rotated(k.c, k.a, k.sweep / 2.0);
+}
+
+double Distance(const Curve& k, const Point2& p) {
+    if (k.type == 0) return SegmentDistance(k.a, k.b, p);
+    const double onCircle = std::fabs(Dist(p, k.c) - k.r);
+    if (k.IsFullCircle() || ArcParam(k, p) <= std::fabs(k.sweep)) return onCircle;
+    return std::min(Dist(p, k.a), Dist(p, k.b));
+}
+
+Box CurveBox(const Curve& k) {
+    Box b;
+    b.Add(k.a);
+    b.Add(k.b);
+    if (k.type == 1) {
+        const Point2 ext[4] = {
+            {k.c.x + k.r, k.c.y}, {k.c.x, k.c.y + k.r}, {k.c.x - k.r, k.c.y}, {k.c.x, k.c.y - k.r}};
+        for (const Point2& e : ext)
+            if (k.IsFullCircle() || ArcParam(k, e) <= std::fabs(k.sweep)) b.Add(e);
+    }
+    return b;
+}
+
+namespace {
+
+// The circle crossing with the choice of how near-tangencies count: `collapse` takes circles whose
+// gap is within eps anywhere as tangent (one point), otherwise only crossings closer than eps are.
+void CircleCrossImpl(const Point2& c1, double r1, const Point2& c2, double r2, double eps,
+                     bool collapse, std::vector<Point2>& out) {
+    const double d = Dist(c1, c2);
+    if (!(d > eps)) return;
+    if (d > r1 + r2 + eps || d < std::fabs(r1 - r2) - eps) return;
+    const Vector2 u((c2.x - c1.x) / d, (c2.y - c1.y) / d);
+    const double a = (d * d + r1 * r1 - r2 * r2) / (2.0 * d);
+    const double h2 = r1 * r1 - a * a;
+    const double h = h2 > 0.0 ? std::sqrt(h2) : 0.0;
+    const Point2 p0(c1.x + a * u.x, c1.y + a * u.y);
+    bool tangent = 2.0 * h <= eps;
+    if (collapse && (std::fabs(d - (r1 + r2)) <= eps || std::fabs(d - std::fabs(r1 - r2)) <= eps))
+        tangent = true;
+    if (tangent) {
+        out.push_back(p0);
+        return;
+    }
+    out.emplace_back(p0.x - u.y * h, p0.y + u.x * h);
+    out.emplace_back(p0.x + u.y * h, p0.y - u.x * h);
+}
+
+}  // namespace
+
+void CircleCross(const Point2& c1, double r1, const Point2& c2, double r2, double eps,
+                 std::vector<Point2>& out) {
+    out.clear();
+    CircleCrossImpl(c1, r1, c2, r2, eps, false, out);
+}
+
+void CrossCurves(const Curve& p, const Curve& q, double eps, std::vector<Point2>& out) {
+    out.clear();
+    const auto endsOn = [&](const Curve& k, const Curve& other) {
+        if (Distance(other, k.a) <= eps) AddUnique(out, k.a, eps);
+        if (Distance(other, k.b) <= eps) AddUnique(out, k.b, eps);
+    };
+    endsOn(p, q);
+    endsOn(q, p);
+
+    std::vector<Point2> cand;
+    if (p.type == 0 && q.type == 0) {
+        if (LineDistance(p, q.a) <= eps && LineDistance(p, q.b) <= eps) return;
+        if (LineDistance(q, p.a) <= eps && LineDistance(q, p.b) <= eps) return;
+        const Vector2 dp = p.b - p.a, dq = q.b - q.a;
+        const double det = Cross(dp, dq);
+        if (det == 0.0) return;
+        const double t = Cross(q.a - p.a, dq) / det;
+        cand.emplace_back(p.a.x + t * dp.x, p.a.y + t * dp.y);
+    } else if (p.type == 1 && q.type == 1) {
+        if (Dist(p.c, q.c) <= eps && std::fabs(p.r - q.r) <= eps) return;
+        CircleCrossImpl(p.c, p.r, q.c, q.r, eps, true, cand);
+    } else {
+        const Curve& l = p.type == 0 ? p : q;
+        const Curve& arc = p.type == 0 ? q : p;
+        const Vector2 d = l.b - l.a;
+        const double l2 = Dot(d, d);
+        if (l2 == 0.0) return;
+        const double t = Dot(arc.c - l.a, d) / l2;
+        const Point2 foot(l.a.x + t * d.x, l.a.y + t * d.y);
+        const double h = Dist(foot, arc.c);
+        if (h > arc.r + eps) return;
+        if (std::fabs(h - arc.r) <= eps) {
+            cand.push_back(foot);
+        } else {
+            const double s = std::sqrt(std::max(0.0, arc.r * arc.r - h * h) / l2);
+            cand.emplace_back(foot.x - s * d.x, foot.y - s * d.y);
+            cand.emplace_back(foot.x + s * d.x, foot.y + s * d.y);
+        }
+    }
+    for (const Point2& x : cand)
+        if (Distance(p, x) <= eps && Distance(q, x) <= eps) AddUnique(out, x, eps);
+}
+
+double WindingAngle(const Curve& k, const Point2& p) {
+    if (k.IsFullCircle()) {
+        if (Dist(p, k.c) >= k.r) return 0.0;
+        return k.sweep > 0.0 ? kTwoPi : -kTwoPi;
+    }
+    const Vector2 va = k.a - p, vb = k.b - p;
+    const double cr = Cross(va, vb), dt = Dot(va, vb);
+    if (k.type == 1 && k.sweep != 0.0) {
+        // Seen from a point of its chord the arc turns by exactly half a turn its own way.
+        if (cr == 0.0 && dt < 0.0) return k.sweep > 0.0 ? kPi : -kPi;
+        double ang = std::atan2(cr, dt);
+        // Inside the circular segment between chord and arc the arc also winds once round p.
+        // The side of the chord is read from the same cross product as the angle (they are equal
+        // mathematically), so a point on the chord through the centre is judged consistently.
+        if (Dist(p, k.c) < k.r) {
+            if (k.sweep > 0.0 && cr < 0.0) ang += kTwoPi;
+            if (k.sweep < 0.0 && cr > 0.0) ang -= kTwoPi;
+        }
+        return ang;
+    }
+    return std::atan2(cr, dt);
+}
+
+std::vector<Curve> CurvesOf(const LAContour& c) {
+    std::vector<Curve> out;
+    const std::size_t n = c.size();
+    out.reserve(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        const LAEdge& e = c[i];
+        const Point2& next = c[(i + 1) % n].start;
+        // Edges with coordinates or sweeps that are not finite bound nothing.
+        if (!std::isfinite(e.start.x) || !std::isfinite(e.start.y) || !std::isfinite(next.x) ||
+            !std::isfinite(next.y))
+            continue;
+        if (e.type == 1 &&
+            (!std::isfinite(e.angle) || !std::isfinite(e.centre.x) || !std::isfinite(e.centre.y)))
+            continue;
+        if (e.type == 1 && e.angle != 0.0 && Dist(e.start, e.centre) > 0.0) {
+            if (e.start.x == next.x && e.start.y == next.y && std::fabs(e.angle) < kTwoPi - 1e-12)
+                continue;
+            out.push_back(Curve::Arc(e.start, next, e.centre, e.angle));
+        } else if (e.start.x != next.x || e.start.y != next.y) {
+            out.push_back(Curve::Line(e.start, next));
+        }
+    }
+    return out;
+}
+
+void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
+    ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;
+    double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
+    if (!std::isfinite(w) || !std::isfinite(h)) {
+        // Unbounded input: one cell holds everything (slow but exact).
+        ext = Box{0.0, 0.0, 1.0, 1.0};
+        w = h = 0.0;
+    }
+    // The cell of a uniform spread of the items, made smaller when the items are smaller (they
+    // crowd along a thin outline), so each cell holds a few items; at most 4 cells per item.
+    const double n = std::max(1.0, static_cast<double>(expected));
+    const double budget = std::clamp(4.0 * n, 16.0, 4.0e6);
+    double cell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / n) : std::max(w, h) / n;
+    if (itemSize > 0.0) cell = std::min(cell, 2.0 * itemSize);
+    if (!(cell > 0.0)) cell = 1.0;
+    const double minCell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / budget) : 0.0;
+    cell = std::max(cell, minCell);
+    nx = static_cast<int>(std::clamp(std::ceil(w / cell), 1.0, 4096.0));
+    ny = static_cast<int>(std::clamp(std::ceil(h / cell), 1.0, 4096.0));
+    while (static_cast<double>(nx) * ny > budget && (nx > 1 || ny > 1)) {
+        nx = std::max(1, nx / 2);
+        ny = std::max(1, ny / 2);
+    }
+    cw = w > 0.0 ? w / nx : 1.0;
+    ch = h > 0.0 ? h / ny : 1.0;
+    cells.assign(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny), {});
+    stamp.clear();
+    query = 0;
+}
+
+void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
+    const auto cell = [](double v, double origin, double size, int n) {
+        const double f = std::floor((v - origin) / size);
+        if (!(f >= 0.0)) return 0;  // below the extent, or not a number
+        if (f >= n - 1) return n - 1;
+        return static_cast<int>(f);
+    };
+    i0 = cell(b.x0, ext.x0, cw, nx);
+    i1 = cell(b.x1, ext.x0, cw, nx);
+    j0 = cell(b.y0, ext.y0, ch, ny);
+    j1 = cell(b.y1, ext.y0, ch, ny);
+}
+
+bool BoxGrid::Insert(int id, const Box& b) {
+    if (!Valid() || b.Empty()) return false;
+    int i0, j0, i1, j1;
+    Range(b, i0, j0, i1, j1);
+    for (int j = j0; j <= j1; ++j)
+        for (int i = i0; i <= i1; ++i)
+            cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                  static_cast<std::size_t>(i)]
+                .push_back(id);
+    return true;
+}
+
+void BoxGrid::Remove(int id, const Box& b) {
+    if (!Valid() || b.Empty()) return;
+    int i0, j0, i1, j1;
+    Range(b, i0, j0, i1, j1);
+    for (int j = j0; j <= j1; ++j)
+        for (int i = i0; i <= i1; ++i) {
+            auto& cell = cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                               static_cast<std::size_t>(i)];
+            const auto it = std::find(cell.begin(), cell.end(), id);
+            if (it != cell.end()) {
+                *it = cell.back();
+                cell.pop_back();
+            }
+        }
+}
+
+void BoxGrid::Query(const Box& b, std::vector<int>& out) {
+    out.clear();
+    if (!Valid() || b.Empty()) return;
+    if (++query == 0) {
+        std::fill(stamp.begin(), stamp.end(), 0u);
+        query = 1;
+    }
+    int i0, j0, i1, j1;
+    Range(b, i0, j0, i1, j1);
+    for (int j = j0; j <= j1; ++j)
+        for (int i = i0; i <= i1; ++i)
+            for (int id : cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                                static_cast<std::size_t>(i)]) {
+                const std::size_t k = static_cast<std::size_t>(id);
+                if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
+                if (stamp[k] == query) continue;
+                stamp[k] = query;
+                out.push_back(id);
+            }
+}
+
+CurveSet::CurveSet(std::vector<Curve> cs, double e) : curves(std::move(cs)), eps(e) {
+    boxes.reserve(curves.size());
+    for (const Curve& k : curves) {
+        boxes.push_back(CurveBox(k).Grown(2.0 * eps));
+        bounds.Add(boxes.back());
+    }
+    double size = 0.0;
+    for (const Box& b : boxes) size += (b.x1 - b.x0) + (b.y1 - b.y0);
+    grid.Build(bounds, curves.size(),
+               curves.empty() ? 0.0 : size / (2.0 * static_cast<double>(curves.size())));
+    for (std::size_t i = 0; i < curves.size(); ++i) grid.Insert(static_cast<int>(i), boxes[i]);
+}
+
+bool CurveSet::OnBoundary(const Point2& p) {
+    Box b;
+    b.Add(p);
+    grid.Query(b, scratch);
+    for (int id : scratch) {
+        const Box& cb = boxes[static_cast<std::size_t>(id)];
+        if (p.x < cb.x0 || p.x > cb.x1 || p.y < cb.y0 || p.y > cb.y1) continue;
+        if (Distance(curves[static_cast<std::size_t>(id)], p) <= eps) return true;
+    }
+    return false;
+}
+
+int CurveSet::Winding(const Point2& p) const {
+    if (!bounds.Overlaps(Box{p.x, p.y, p.x, p.y})) return 0;
+    double sum = 0.0;
+    for (const Curve& k : curves) sum += WindingAngle(k, p);
+    const double turns = sum / kTwoPi;
+    if (!(std::fabs(turns) < 1e9)) return 0;
+    return static_cast<int>(std::lround(turns));
+}
+
+void CurveSet::SplitParams(const Curve& k, std::vector<double>& params) {
+    params.clear();
+    grid.Query(CurveBox(k).Grown(2.0 * eps), scratch);
+    std::sort(scratch.begin(), scratch.end());
+    const Box kb = CurveBox(k).Grown(2.0 * eps);
+    for (int id : scratch) {
+        if (!kb.Overlaps(boxes[static_cast<std::size_t>(id)])) continue;
+        CrossCurves(k, curves[static_cast<std::size_t>(id)], eps, pts);
+        for (const Point2& x : pts) {
+            if (Dist(x, k.a) <= eps || Dist(x, k.b) <= eps) continue;
+            params.push_back(CurveParam(k, x));
+        }
+    }
+    std::sort(params.begin(), params.end());
+    std::size_t w = 0;
+    for (std::size_t i = 0; i < params.size(); ++i) {
+        if (w > 0 && Dist(CurvePoint(k, params[w - 1]), CurvePoint(k, params[i])) <= eps) continue;
+        params[w++] = params[i];
+    }
+    params.resize(w);
+}
+
+SideFlags Classify(CurveSet& first, const std::vector<Curve>& second, double eps) {
+    SideFlags f;
+    const std::size_t n = second.size();
+    if (n == 0) return f;
+    const auto classify = [&](const Point2& p) {
+        if (first.OnBoundary(p))
+            f.on = true;
+        else if (first.Winding(p) != 0)
+            f.in = true;
+        else
+            f.out = true;
+    };
+    std::vector<char> vOn(n), split(n);
+    for (std::size_t v = 0; v < n; ++v) vOn[v] = first.OnBoundary(second[v].a) ? 1 : 0;
+    std::vector<double> ps;
+    for (std::size_t v = 0; v < n && !(f.in && f.out); ++v) {
+        const Curve& k = second[v];
+        first.SplitParams(k, ps);
+        split[v] = ps.empty() ? 0 : 1;
+        // Pieces between two boundary contacts are judged by their middle; the others take the
+        // side of their off-boundary end below.
+        double t0 = 0.0;
+        bool on0 = vOn[v] != 0;
+        for (std::size_t i = 0; i <= ps.size(); ++i) {
+            const double t1 = i < ps.size() ? ps[i] : 1.0;
+            const bool on1 = i < ps.size() ? true : vOn[(v + 1) % n] != 0;
+            if (on0 && on1) classify(CurvePoint(k, (t0 + t1) / 2.0));
+            t0 = t1;
+            on0 = on1;
+        }
+    }
+    if (f.in && f.out) return f;
+    // Off-boundary vertices joined by edges that meet nothing lie on one side: one test per run.
+    std::size_t start = n;
+    for (std::size_t v = 0; v < n && start == n; ++v) {
+        const std::size_t prev = (v + n - 1) % n;
+        if (!vOn[v] && (vOn[prev] || split[prev])) start = v;
+    }
+    if (start == n) {
+        if (!vOn[0]) classify(second[0].a);
+        return f;
+    }
+    bool known = false;
+    for (std::size_t i = 0; i < n && !(f.in && f.out); ++i) {
+        const std::size_t v = (start + i) % n, prev = (v + n - 1) % n;
+        if (vOn[v]) {
+            known = false;
+            continue;
+        }
+        if (known && !split[prev] && !vOn[prev]) continue;
+        classify(second[v].a);
+        known = true;
+    }
+    (void)eps;
+    return f;
+}
+
+int Relate(CurveSet& f, const std::vector<Curve>& cs, double eps) {
+    if (f.Curves().empty() || cs.empty()) return 3;
+    Box bs;
+    for (const Curve& k : cs) bs.Add(CurveBox(k));
+    if (!f.Bounds().Overlaps(bs.Grown(2.0 * eps))) return 3;
+    const SideFlags s = Classify(f, cs, eps);
+    if (s.in && s.out) return 2;
+    if (s.in) return 0;
+    if (!s.out) {
+        // Every piece runs along the first's boundary: the same outline, or a region outside
+        // the first closed by its edges (a notch pinched off at a point). A point inside the
+        // second, off its boundary, tells them apart.
+        CurveSet g(cs, eps);
+        for (const Curve& k : cs) {
+            const Point2 m = CurvePoint(k, 0.5);
+            const Point2 a = CurvePoint(k, 0.45), b = CurvePoint(k, 0.55);
+            Vector2 n(-(b.y - a.y), b.x - a.x);
+            const double len = n.length();
+            if (!(len > 0.0)) continue;
+            n /= len;
+            for (double t = len; t > 2.0 * eps; t /= 4.0) {
+                for (const double side : {1.0, -1.0}) {
+                    const Point2 p(m.x + side * t * n.x, m.y + side * t * n.y);
+                    if (g.OnBoundary(p) || g.Winding(p) == 0 || f.OnBoundary(p)) continue;
+                    return f.Winding(p) != 0 ? 0 : 5;
+                }
+            }
+        }
+        return 0;
+    }
+    if (s.on) return 5;
+    // The second lies wholly outside the first: it encloses the first or stands apart.
+    CurveSet g(cs, eps);
+    const SideFlags t = Classify(g, f.Curves(), eps);
+    return t.in ? 1 : 3;
+}
+
+}  // namespace quillon::las_detail

@@ -1,0 +1,680 @@
+#include "quillon/geometry/contours/las_solver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace quillon {
+
+namespace {
+
+constexpr double kTwoPi = 2.0 * std::numbers::pi;
+
+bool Finite(const Point2& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
+
+// A cell coordinate that stays inside the 64-bit range; far-out points share the border cells,
+// which keeps every pair within one cell of each other findable.
+std::int64_t CellCoordinate(double v, double size) {
+    const double f = std::floor(v / size);
+    constexpr double limit = 4.0e18;
+    if (!(f > -limit)) return static_cast<std::int64_t>(-limit);
+    if (!(f < limit)) return static_cast<std::int64_t>(limit);
+    return static_cast<std::int64_t>(f);
+}
+
+}  // namespace
+
+LAS_Solver::LAS_Solver(double epsilon) : solver2d(epsilon) {
+    nodes.reserve(20);
+    elements.reserve(20);
+    sortedNodes.reserve(20);
+    baseContours.reserve(20);
+    const double e = solver2d.GetEpsilon();
+    // A cell at least as wide as epsilon keeps every point within epsilon in the 3 x 3 block.
+    cellSize = e > 0.0 ? e * (1.0 + 1e-9) : 1e-12;
+}
+
+LAS_Solver::~LAS_Solver() = default;
+
+// ---- Lookups ----------------------------------------------------------------------------------
+
+Point2 LAS_Solver::GetPoint(int i) const {
+    if (i < 0 || i >= GetNodeCount()) return {};
+    return nodes[static_cast<std::size_t>(i)]->GetPoint();
+}
+
+LAS_NodeInfo* LAS_Solver::GetNode(int i) const {
+    if (i < 0 || i >= GetNodeCount()) return nullptr;
+    return nodes[static_cast<std::size_t>(i)].get();
+}
+
+LAS_Element* LAS_Solver::GetElement(int i) const {
+    if (i < 0 || i >= GetElementCount()) return nullptr;
+    return elements[static_cast<std::size_t>(i)].get();
+}
+
+LAS_Line* LAS_Solver::GetLine(int i) const {
+    LAS_Element* e = GetElement(i);
+    return e != nullptr && e->GetType() == LAS_Element::Line ? static_cast<LAS_Line*>(e) : nullptr;
+}
+
+LAS_Arc* LAS_Solver::GetArc(int i) const {
+    LAS_Element* e = GetElement(i);
+    return e != nullptr && e->GetType() == LAS_Element::Arc ? static_cast<LAS_Arc*>(e) : nullptr;
+}
+
+LAS_Contour* LAS_Solver::GetBaseContour(int i) const {
+    if (i < 0 || i >= GetBaseContourCount()) return nullptr;
+    return baseContours[static_cast<std::size_t>(i)].get();
+}
+
+int LAS_Solver::GetElementIndx(const LAS_Element* e) const {
+    if (e == nullptr) return -1;
+    // The list is always in creation order, so the serial number finds the position.
+    const auto it = std::lower_bound(
+        elements.begin(), elements.end(), e->serial,
+        [](const std::unique_ptr<LAS_Element>& x, std::uint64_t s) { return x->serial < s; });
+    if (it == elements.end() || it->get() != e) return -1;
+    return static_cast<int>(it - elements.begin());
+}
+
+int LAS_Solver::GetNodeIndex(const LAS_NodeInfo* n) const {
+    if (n == nullptr) return -1;
+    if (n->index >= 0 && n->index < GetNodeCount() &&
+        nodes[static_cast<std::size_t>(n->index)].get() == n)
+        return n->index;
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        if (nodes[i].get() == n) return static_cast<int>(i);
+    return -1;
+}
+
+void LAS_Solver::AddBaseContour(LAS_Contour* c) {
+    if (c != nullptr) baseContours.emplace_back(c);
+}
+
+// ---- Indexes ----------------------------------------------------------------------------------
+
+std::uint64_t LAS_Solver::CellKey(const Point2& p, int dx, int dy) const {
+    const std::uint64_t x = static_cast<std::uint64_t>(CellCoordinate(p.x, cellSize) + dx);
+    const std::uint64_t y = static_cast<std::uint64_t>(CellCoordinate(p.y, cellSize) + dy);
+    return x * 0x9E3779B97F4A7C15ull ^ (y + 0x632BE59BD9B4E019ull + (x << 6) + (x >> 2));
+}
+
+std::uint64_t LAS_Solver::EndsKey(int a, int b) {
+    const auto lo = static_cast<std::uint64_t>(static_cast<std::uint32_t>(std::min(a, b)));
+    const auto hi = static_cast<std::uint64_t>(static_cast<std::uint32_t>(std::max(a, b)));
+    return (hi << 32) | lo;
+}
+
+void LAS_Solver::RegisterNode(int index) {
+    nodeCells[CellKey(GetPoint(index), 0, 0)].push_back(index);
+}
+
+int LAS_Solver::FindNode(const Point2& p) {
+    int best = -1;
+    for (int dy = -1; dy <= 1; ++dy)
+        for (int dx = -1; dx <= 1; ++dx) {
+            const auto it = nodeCells.find(CellKey(p, dx, dy));
+            if (it == nodeCells.end()) continue;
+            for (int i : it->second)
+                if ((best < 0 || i < best) && solver2d.AreEqual(GetPoint(i), p)) best = i;
+        }
+    return best;
+}
+
+LAS_Element* LAS_Solver::FindEqualLine(const LAS_Line& l) {
+    const auto it = elementsByEnds.find(EndsKey(l.GetBegin(), l.GetEnd()));
+    if (it == elementsByEnds.end()) return nullptr;
+    for (LAS_Element* e : it->second)
+        if (e->GetType() == LAS_Element::Line && *static_cast<LAS_Line*>(e) == l) return e;
+    return nullptr;
+}
+
+LAS_Element* LAS_Solver::FindEqualArc(const LAS_Arc& a) {
+    const auto it = elementsByEnds.find(EndsKey(a.GetBegin(), a.GetEnd()));
+    if (it == elementsByEnds.end()) return nullptr;
+    for (LAS_Element* e : it->second)
+        if (e->GetType() == LAS_Element::Arc && *static_cast<LAS_Arc*>(e) == a) return e;
+    return nullptr;
+}
+
+void LAS_Solver::RebuildIndexes() {
+    nodeCells.clear();
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        nodes[i]->index = static_cast<int>(i);
+        RegisterNode(static_cast<int>(i));
+    }
+    elementsByEnds.clear();
+    for (const auto& e : elements)
+        elementsByEnds[EndsKey(e->GetBegin(), e->GetEnd())].push_back(e.get());
+    elementGrid.Clear();
+}
+
+void LAS_Solver::EnsureElementGrid() {
+    if (elementGrid.Valid()) return;
+    las_detail::Box extent;
+    for (const auto& e : elements) extent.Add(e->box);
+    double size = 0.0;
+    for (const auto& e : elements) size += (e->box.x1 - e->box.x0) + (e->box.y1 - e->box.y0);
+    elementGrid.Build(extent, elements.size(),
+                      elements.empty() ? 0.0 : size / (2.0 * static_cast<double>(elements.size())));
+    gridIds.assign(static_cast<std::size_t>(serialCounter) + 1, nullptr);
+    for (const auto& e : elements) {
+        gridIds[static_cast<std::size_t>(e->serial)] = e.get();
+        elementGrid.Insert(static_cast<int>(e->serial), e->box);
+    }
+}
+
+// ---- Filling ----------------------------------------------------------------------------------
+
+int LAS_Solver::AddPoint(const Point2& p) {
+    if (!Finite(p)) return -1;
+    const int found = FindNode(p);
+    if (found >= 0) return found;
+    nodes.push_back(std::make_unique<LAS_NodeInfo>(p, this));
+    const int index = GetNodeCount() - 1;
+    nodes.back()->index = index;
+    RegisterNode(index);
+    return index;
+}
+
+int LAS_Solver::Enlist(std::unique_ptr<LAS_Element> e) {
+    LAS_Element* raw = e.get();
+    raw->serial = ++serialCounter;
+    las_detail::Box b = las_detail::CurveBox(raw->GetCurve());
+    const double scale =
+        std::max({std::fabs(b.x0), std::fabs(b.x1), std::fabs(b.y0), std::fabs(b.y1), 1.0});
+    raw->box = b.Grown(2.0 * solver2d.GetEpsilon() + 1e-12 * scale);
+    GetNode(raw->GetBegin())->ConnectElement(raw);
+    GetNode(raw->GetEnd())->ConnectElement(raw);
+    elements.push_back(std::move(e));
+    elementsByEnds[EndsKey(raw->GetBegin(), raw->GetEnd())].push_back(raw);
+    if (elementGrid.Valid()) {
+        gridIds.resize(static_cast<std::size_t>(serialCounter) + 1, nullptr);
+        gridIds[static_cast<std::size_t>(raw->serial)] = raw;
+        elementGrid.Insert(static_cast<int>(raw->serial), raw->box);
+    }
+    return GetElementCount() - 1;
+}
+
+int LAS_Solver::AddLine(const Point2& a, const Point2& b) {
+    const int ia = AddPoint(a);
+    const int ib = AddPoint(b);
+    if (ia < 0 || ib < 0 || ia == ib) return -1;
+    auto line = std::make_unique<LAS_Line>(ia, ib, this);
+    if (LAS_Element* same = FindEqualLine(*line)) return GetElementIndx(same);
+    return Enlist(std::move(line));
+}
+
+int LAS_Solver::AddLine(const Sector2& s) { return AddLine(s.get_beg(), s.get_end()); }
+
+int LAS_Solver::AddArc(const Point2& begin, const Point2& end, const Point2& centre, double sweep) {
+    if (!std::isfinite(sweep) || sweep == 0.0) return -1;
+    const double turn = std::fabs(std::fabs(sweep) - kTwoPi);
+    if (std::fabs(sweep) > kTwoPi && turn > solver2d.GetEpsilon()) return -1;  // beyond a turn
+    if (turn <= solver2d.GetEpsilon()) {
+        const double h = sweep / 2.0;
+        const double s = std::sin(h), c = std::cos(h);
+        const Vector2 r = begin - centre;
+        const Point2 mid(centre.x + r.x * c - r.y * s, centre.y + r.x * s + r.y * c);
+        AddArc(begin, mid, centre, h);
+        return AddArc(mid, end, centre, h);
+    }
+    const int ib = AddPoint(begin);
+    const int ie = AddPoint(end);
+    const int ic = AddPoint(centre);
+    if (ib < 0 || ie < 0 || ic < 0 || ib == ie || ic == ib || ic == ie) return -1;
+    auto arc = std::make_unique<LAS_Arc>(ib, ie, ic, sweep, this);
+    if (LAS_Element* same = FindEqualArc(*arc)) return GetElementIndx(same);
+    return Enlist(std::move(arc));
+}
+
+int LAS_Solver::AddArc(const Arc2& a) {
+    return AddArc(a.get_begin(), a.get_end(), a.circle.center, a.sweep);
+}
+
+void LAS_Solver::AddLAContour(const LAContour* c, int closed) {
+    if (c == nullptr || c->empty()) return;
+    const std::size_t n = c->size();
+    if (n == 1 && (*c)[0].type != 1) return;
+    const std::size_t last = closed ? n : n - 1;
+    for (std::size_t i = 0; i < last; ++i) {
+        const LAEdge& e = (*c)[i];
+        const Point2& next = (*c)[(i + 1) % n].start;
+        if (e.type == 1)
+            AddArc(e.start, next, e.centre, e.angle);
+        else if (e.type == 0)
+            AddLine(e.start, next);
+    }
+}
+
+void LAS_Solver::AddLAContours(const std::vector<LAContour*>& list, int closed) {
+    for (const LAContour* c : list) AddLAContour(c, closed);
+}
+
+void LAS_Solver::AddComplexContour(const ProComplexContour* c) {
+    if (c == nullptr) return;
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
+        const ProSolidContour* s = c->SolidChild(i);
+        if (s == nullptr) continue;
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j) AddLAContour(s->ClosedChild(j), 1);
+        AddLAContour(s, 1);
+    }
+}
+
+void LAS_Solver::DeleteElement(LAS_Element* e) {
+    const int index = GetElementIndx(e);
+    if (index < 0) return;
+    if (LAS_NodeInfo* n = GetNode(e->GetBegin())) n->DisconnectElement(e);
+    if (LAS_NodeInfo* n = GetNode(e->GetEnd())) n->DisconnectElement(e);
+    const auto it = elementsByEnds.find(EndsKey(e->GetBegin(), e->GetEnd()));
+    if (it != elementsByEnds.end()) {
+        auto& list = it->second;
+        list.erase(std::find(list.begin(), list.end(), e));
+        if (list.empty()) elementsByEnds.erase(it);
+    }
+    if (elementGrid.Valid()) {
+        elementGrid.Remove(static_cast<int>(e->serial), e->box);
+        gridIds[static_cast<std::size_t>(e->serial)] = nullptr;
+    }
+    elements.erase(elements.begin() + index);
+}
+
+// ---- Splitting --------------------------------------------------------------------------------
+
+bool LAS_Solver::SplitElementAt(LAS_Element* e, const Point2& p) {
+    if (e->GetType() == LAS_Element::Line) {
+        Sector2 a, b;
+        if (!static_cast<LAS_Line*>(e)->Split(p, a, b)) return false;
+        AddLine(a);
+        AddLine(b);
+    } else {
+        Arc2 a, b;
+        if (!static_cast<LAS_Arc*>(e)->Split(p, a, b)) return false;
+        AddArc(a);
+        AddArc(b);
+    }
+    DeleteElement(e);
+    return true;
+}
+
+bool LAS_Solver::SplitPair(LAS_Element* e, LAS_Element* f, const Point2& p) {
+    const bool endOfE = e->IsOnEnd(p);
+    const bool endOfF = f->IsOnEnd(p);
+    bool split = false;
+    if (!endOfE) split = SplitElementAt(e, p);
+    if (!endOfF) split = SplitElementAt(f, p) || split;
+    return split;
+}
+
+int LAS_Solver::SplitEdge(int i) {
+    LAS_Element* e = GetElement(i);
+    if (e == nullptr) return 1;
+    EnsureElementGrid();
+    std::vector<int> ids;
+    elementGrid.Query(e->box, ids);
+    std::vector<LAS_Element*> later;
+    later.reserve(ids.size());
+    for (int id : ids) {
+        LAS_Element* f = gridIds[static_cast<std::size_t>(id)];
+        if (f != nullptr && f->serial > e->serial && e->box.Overlaps(f->box)) later.push_back(f);
+    }
+    // In list order, as a scan over every later element would meet them: elements whose boxes
+    // stay apart have no contact to report.
+    std::sort(later.begin(), later.end(),
+              [](const LAS_Element* a, const LAS_Element* b) { return a->serial < b->serial; });
+    std::vector<Point2> pts;
+    pts.reserve(4);
+    for (LAS_Element* f : later) {
+        e->Cross(f, pts, 4);
+        for (const Point2& p : pts) {
+            if (e->IsOnEnd(p) && f->IsOnEnd(p)) continue;
+            if (SplitPair(e, f, p)) return 0;
+        }
+    }
+    return 1;
+}
+
+void LAS_Solver::SplitEdges() {
+    EnsureElementGrid();
+    // Every split shortens elements; the budget only guards against rounding that would keep
+    // splitting the same place for ever.
+    const std::uint64_t n = static_cast<std::uint64_t>(elements.size());
+    splitBudget = std::min<std::uint64_t>(8 * n * n + 10000, 50000000);
+    int i = 0;
+    while (i < GetElementCount()) {
+        if (SplitEdge(i) == 1)
+            ++i;
+        else if (--splitBudget == 0)
+            break;
+    }
+}
+
+void LAS_Solver::SplitLaContours(const std::vector<LAContour*>& list) {
+    AddLAContours(list, 0);
+    SplitEdges();
+}
+
+void LAS_Solver::RemoveUnusedPoints() {
+    std::vector<char> used(nodes.size(), 0);
+    for (const auto& e : elements) {
+        used[static_cast<std::size_t>(e->begin)] = 1;
+        used[static_cast<std::size_t>(e->end)] = 1;
+    }
+    // One pass gives what erasing from the last unused node to the first gives: each index drops
+    // by the number of unused nodes before it.
+    std::vector<int> shift(nodes.size(), 0);
+    int removed = 0;
+    for (std::size_t k = 0; k < nodes.size(); ++k) {
+        shift[k] = removed;
+        if (!used[k]) ++removed;
+    }
+    if (removed == 0) return;
+    for (const auto& e : elements) {
+        e->begin -= shift[static_cast<std::size_t>(e->begin)];
+        e->end -= shift[static_cast<std::size_t>(e->end)];
+    }
+    std::size_t w = 0;
+    for (std::size_t k = 0; k < nodes.size(); ++k)
+        if (used[k]) nodes[w++] = std::move(nodes[k]);
+    nodes.resize(w);
+    sortedNodes.clear();
+    RebuildIndexes();
+}
+
+// ---- Sorting and walking ----------------------------------------------------------------------
+
+bool LAS_Solver::IsNextTopLeft(const Point2& a, const Point2& b) {
+    return b.x > a.x || (b.x == a.x && b.y >= a.y);
+}
+
+void LAS_Solver::SortNodesFromTopLeft() {
+    sortedNodes.clear();
+    for (const auto& n : nodes) sortedNodes.push_back(n.get());
+    // Insertion before the first node that does not precede, i.e. a stable sort by (x, y).
+    std::stable_sort(sortedNodes.begin(), sortedNodes.end(),
+                     [](const LAS_NodeInfo* a, const LAS_NodeInfo* b) {
+                         const Point2& p = a->GetPoint();
+                         const Point2& q = b->GetPoint();
+                         return p.x < q.x || (p.x == q.x && p.y < q.y);
+                     });
+}
+
+void LAS_Solver::SolveBaseContours(ProContourFactory* factory,
+                                   std::vector<ProClosedContour*>& closed,
+                                   std::vector<LAContour*>& polylines) {
+    for (LAS_NodeInfo* n : sortedNodes) n->FindContours(factory, closed, polylines, 1);
+}
+
+void LAS_Solver::SolveFreeLines(ProContourFactory*, std::vector<ProClosedContour*>&,
+                                std::vector<LAContour*>& polylines) {
+    for (LAS_NodeInfo* n : sortedNodes) n->FindPolylines(polylines);
+}
+
+void LAS_Solver::SolveBaseLASContours() {
+    std::vector<ProClosedContour*> closed;
+    std::vector<LAContour*> lists;
+    for (LAS_NodeInfo* n : sortedNodes) n->FindContours(nullptr, closed, lists, 0);
+}
+
+void LAS_Solver::FindContours(const std::vector<LAContour*>& input, ProContourFactory* factory,
+                              std::vector<ProClosedContour*>& closed,
+                              std::vector<LAContour*>& polylines) {
+    AddLAContours(input, 1);
+    SortNodesFromTopLeft();
+    SolveBaseContours(factory, closed, polylines);
+    SolveFreeLines(factory, closed, polylines);
+}
+
+// ---- Boolean operations -----------------------------------------------------------------------
+
+bool LAS_Solver::Inside(const LAContour* outer, const std::vector<las_detail::Curve>& inner,
+                        const las_detail::Box& innerBox) const {
+    if (outer == nullptr || inner.empty()) return false;
+    const double eps = solver2d.GetEpsilon();
+    Prepared local;
+    Prepared* p = &local;
+    if (keepPrepared) p = &prepared[outer];
+    if (!p->set) {
+        p->set = std::make_unique<las_detail::CurveSet>(las_detail::CurvesOf(*outer), eps);
+        p->box = p->set->Bounds();
+    }
+    // Inside needs every point of the inner contour in the outer's closed region.
+    const las_detail::Box& ob = p->box;
+    if (p->set->Curves().empty() || innerBox.x0 < ob.x0 || innerBox.x1 > ob.x1 ||
+        innerBox.y0 < ob.y0 || innerBox.y1 > ob.y1)
+        return false;
+    return las_detail::Relate(*p->set, inner, eps) == Solver2d::Inside;
+}
+
+int LAS_Solver::IsContourInComplexContour(const LAContour* l, const ProComplexContour* c) const {
+    if (c == nullptr || l == nullptr) return 0;
+    const std::vector<las_detail::Curve> inner = las_detail::CurvesOf(*l);
+    las_detail::Box box;
+    for (const las_detail::Curve& k : inner) box.Add(las_detail::CurveBox(k));
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
+        const ProSolidContour* s = c->SolidChild(i);
+        if (s == nullptr) continue;
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j) {
+            const auto* hole = dynamic_cast<const ProEmptyContour*>(s->ClosedChild(j));
+            if (hole != nullptr && Inside(hole, inner, box)) return 0;
+        }
+        if (Inside(s, inner, box)) return 1;
+    }
+    return 0;
+}
+
+void LAS_Solver::SetBaseContourState(const ProComplexContour* a, const ProComplexContour* b,
+                                     Operation op) {
+    keepPrepared = true;
+    for (const auto& c : baseContours) {
+        const LAContour l = c->GetContour();
+        const int inA = IsContourInComplexContour(&l, a);
+        const int inB = b != nullptr ? IsContourInComplexContour(&l, b) : 0;
+        int state = 0;
+        switch (op) {
+            case Union:
+                state = (inA || inB) ? 1 : 0;
+                break;
+            case Difference:
+                state = (inA && !inB) ? 1 : 0;
+                break;
+            case Intersection:
+                state = (inA && inB) ? 1 : 0;
+                break;
+        }
+        c->SetState(state);
+    }
+    keepPrepared = false;
+    prepared.clear();
+}
+
+int LAS_Solver::MergeBaseContour(int i) {
+    LAS_Contour* ci = GetBaseContour(i);
+    if (ci == nullptr) return 0;
+    for (int j = i + 1; j < GetBaseContourCount(); ++j) {
+        LAS_Contour* cj = GetBaseContour(j);
+        if (ci->GetState() != cj->GetState()) continue;
+        LAS_Contour* m = ci->Merge(cj);
+        if (m == nullptr) continue;
+        m->SetState(ci->GetState());
+        baseContours[static_cast<std::size_t>(i)].reset(m);
+        baseContours.erase(baseContours.begin() + j);
+        return 1;
+    }
+    return 0;
+}
+
+void LAS_Solver::MergeBaseContours() {
+    // Each merge removes a contour from the list, so this ends.
+    int i = 0;
+    while (i < GetBaseContourCount())
+        if (MergeBaseContour(i) == 0) ++i;
+}
+
+ProComplexContour* LAS_Solver::ComplexContourFromBase(ProContourFactory* factory) {
+    if (factory == nullptr) return nullptr;
+    LAS_CSTree tree(this);
+    std::vector<LAS_Contour*> list;
+    list.reserve(baseContours.size());
+    for (const auto& c : baseContours) list.push_back(c.get());
+    tree.Sort(list);
+    return tree.BuildComplexContour(factory);
+}
+
+ProComplexContour* LAS_Solver::Solv(const ProComplexContour* a, const ProComplexContour* b,
+                                    Operation op, ProContourFactory* factory) {
+    AddComplexContour(a);
+    AddComplexContour(b);
+    SplitEdges();
+    SortNodesFromTopLeft();
+    SolveBaseLASContours();
+    SetBaseContourState(a, b, op);
+    MergeBaseContours();
+    return ComplexContourFromBase(factory);
+}
+
+ProComplexContour* LAS_Solver::Add(const std::vector<ProComplexContour*>& list,
+                                   ProContourFactory* factory) {
+    if (list.empty()) return nullptr;
+    ProComplexContour* r = list.front();
+    for (std::size_t k = 1; k < list.size(); ++k) {
+        LAS_Solver step(solver2d.GetEpsilon());
+        ProComplexContour* next = step.Add(r, list[k], factory);
+        if (r != list.front()) delete r;
+        r = next;
+    }
+    return r;
+}
+
+ProComplexContour* LAS_Solver::Normalize(const ProComplexContour* c, ProContourFactory* factory) {
+    AddComplexContour(c);
+    SplitEdges();
+    SortNodesFromTopLeft();
+    SolveBaseLASContours();
+    SetBaseContourState(c, nullptr, Union);
+    MergeBaseContours();
+    return ComplexContourFromBase(factory);
+}
+
+ProComplexContour* LAS_Solver::Set(const std::vector<ProClosedContour*>& contours,
+                                   ProContourFactory* factory, bool strict) {
+    if (factory == nullptr) return nullptr;
+    LAS_ContSTree tree(this, strict);
+    if (!tree.Sort(contours) && strict) return nullptr;
+    return tree.BuildComplexContour(factory);
+}
+
+ProComplexContour* LAS_Solver::ComplexContourFromContours(std::vector<ProClosedContour*> contours,
+                                                          ProContourFactory* factory) {
+    contours.erase(std::remove(contours.begin(), contours.end(), nullptr), contours.end());
+    ProComplexContour* result = nullptr;
+    const auto solid = [&](const ProClosedContour* c) -> ProSolidContour* {
+        ProSolidContour* s = factory->CreateSolidContour();
+        if (s != nullptr) {
+            s->SetLAContour(*c);
+            result->Attach(s);
+        }
+        return s;
+    };
+    const auto hole = [&](ProSolidContour* s, const ProClosedContour* c) {
+        if (s == nullptr) return;
+        if (ProEmptyContour* h = factory->CreateEmptyContour()) {
+            h->SetLAContour(*c);
+            s->Attach(h);
+        }
+    };
+    if (factory != nullptr) {
+        if (contours.size() <= 2) result = factory->CreateComplexContour();
+        if (result != nullptr && contours.size() == 1) {
+            solid(contours[0]);
+        } else if (result != nullptr && contours.size() == 2) {
+            switch (solver2d.GetRelation(contours[0], contours[1])) {
+                case Solver2d::Inside:
+                    hole(solid(contours[0]), contours[1]);
+                    break;
+                case Solver2d::Encloses:
+                    hole(solid(contours[1]), contours[0]);
+                    break;
+                case Solver2d::Disjoint:
+                    solid(contours[1]);
+                    solid(contours[0]);
+                    break;
+                default:
+                    delete result;
+                    result = nullptr;
+                    break;
+            }
+        } else if (contours.size() > 2) {
+            result = Set(contours, factory, true);
+        }
+    }
+    for (ProClosedContour* c : contours) delete c;
+    return result;
+}
+
+// ---- Pieces inside a shape --------------------------------------------------------------------
+
+int LAS_Solver::GetSectorsInContour(const ProComplexContour* c, const Sector2& s,
+                                    std::vector<Sector2>& out) {
+    out.clear();
+    if (c == nullptr) return 0;
+    const double eps = solver2d.GetEpsilon();
+    const las_detail::Curve k = las_detail::Curve::Line(s.get_beg(), s.get_end());
+    if (k.a.distance(k.b) <= eps) return 0;
+    struct Region {
+        std::unique_ptr<las_detail::CurveSet> outline;
+        std::vector<std::unique_ptr<las_detail::CurveSet>> holes;
+    };
+    std::vector<Region> regions;
+    std::vector<double> params, ps;
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
+        const ProSolidContour* solid = c->SolidChild(i);
+        if (solid == nullptr) continue;
+        Region r;
+        r.outline = std::make_unique<las_detail::CurveSet>(las_detail::CurvesOf(*solid), eps);
+        for (unsigned long j = 0; j < solid->ChildrenCount(); ++j)
+            r.holes.push_back(std::make_unique<las_detail::CurveSet>(
+                las_detail::CurvesOf(*solid->ClosedChild(j)), eps));
+        r.outline->SplitParams(k, ps);
+        params.insert(params.end(), ps.begin(), ps.end());
+        for (auto& h : r.holes) {
+            h->SplitParams(k, ps);
+            params.insert(params.end(), ps.begin(), ps.end());
+        }
+        regions.push_back(std::move(r));
+    }
+    std::sort(params.begin(), params.end());
+    params.insert(params.begin(), 0.0);
+    params.push_back(1.0);
+    const auto inside = [&](const Point2& p) {
+        for (Region& r : regions) {
+            if (!r.outline->OnBoundary(p) && r.outline->Winding(p) == 0) continue;
+            bool inHole = false;
+            for (auto& h : r.holes)
+                if (!h->OnBoundary(p) && h->Winding(p) != 0) inHole = true;
+            if (!inHole) return true;
+        }
+        return false;
+    };
+    bool open = false;
+    Point2 from;
+    for (std::size_t i = 0; i + 1 < params.size(); ++i) {
+        const Point2 a = las_detail::CurvePoint(k, params[i]);
+        const Point2 b = las_detail::CurvePoint(k, params[i + 1]);
+        if (a.distance(b) <= eps) continue;
+        const bool in = inside(las_detail::CurvePoint(k, (params[i] + params[i + 1]) / 2.0));
+        if (in && !open) {
+            open = true;
+            from = a;
+        } else if (!in && open) {
+            open = false;
+            out.emplace_back(from, a);
+        }
+    }
+    if (open) out.emplace_back(from, k.b);
+    return static_cast<int>(out.size());
+}
+
+}  // namespace quillon

@@ -1,0 +1,146 @@
+// Shapes, exact areas and tree checks shared by the contour solver tests.
+#pragma once
+
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <string>
+#include <vector>
+
+#include "quillon/geometry/contours/las_solver.h"
+
+namespace quillon::las_test {
+
+constexpr double kPi = std::numbers::pi;
+
+// Signed area of a closed line-arc contour, arcs exact: chord triangle plus circular segment.
+inline double SignedArea(const LAContour& c) {
+    double s = 0.0;
+    const std::size_t n = c.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const LAEdge& e = c[i];
+        const Point2& a = e.start;
+        const Point2& b = c[(i + 1) % n].start;
+        s += (a.x * b.y - b.x * a.y) / 2.0;
+        if (e.type == 1) {
+            const double r = a.distance(e.centre);
+            s += r * r / 2.0 * (e.angle - std::sin(e.angle));
+        }
+    }
+    return s;
+}
+
+inline double Area(const ProComplexContour* c) {
+    double s = 0.0;
+    if (c == nullptr) return 0.0;
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
+        const ProSolidContour* solid = c->SolidChild(i);
+        s += std::fabs(SignedArea(*solid));
+        for (unsigned long j = 0; j < solid->ChildrenCount(); ++j)
+            s -= std::fabs(SignedArea(*solid->ClosedChild(j)));
+    }
+    return s;
+}
+
+inline LAContour Polygon(const std::vector<Point2>& pts) {
+    LAContour c;
+    for (const Point2& p : pts) c.push_back(LAEdge(p));
+    return c;
+}
+
+inline LAContour RectContour(double x0, double y0, double x1, double y1) {
+    return Polygon({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
+}
+
+// A circle as two counter-clockwise half arcs, starting at angle `phase`.
+inline LAContour CircleContour(const Point2& c, double r, double phase = 0.0) {
+    LAContour k;
+    const Point2 a(c.x + r * std::cos(phase), c.y + r * std::sin(phase));
+    const Point2 b(c.x - r * std::cos(phase), c.y - r * std::sin(phase));
+    k.push_back(LAEdge(a, c, kPi));
+    k.push_back(LAEdge(b, c, kPi));
+    return k;
+}
+
+// A complex contour owning one solid with the given outline and holes.
+inline ProComplexContour* Shape(const LAContour& outline,
+                                const std::vector<LAContour>& holes = {}) {
+    ProContourFactory f;
+    ProComplexContour* c = f.CreateComplexContour();
+    ProSolidContour* s = f.CreateSolidContour();
+    s->SetLAContour(outline);
+    for (const LAContour& h : holes) {
+        ProEmptyContour* e = f.CreateEmptyContour();
+        e->SetLAContour(h);
+        s->Attach(e);
+    }
+    c->Attach(s);
+    return c;
+}
+
+// Distinct vertices of a contour (the zero-length closing edge repeats the first).
+inline int DistinctVertices(const LAContour& c, double eps = 1e-9) {
+    int n = 0;
+    for (std::size_t i = 0; i < c.size(); ++i)
+        if (c[i].start.distance(c[(i + 1) % c.size()].start) > eps) ++n;
+    return n;
+}
+
+// Whether two edges of one contour meet anywhere but at the ends they share.
+inline bool SelfCrossing(const LAContour& c, double eps) {
+    const auto curves = las_detail::CurvesOf(c);
+    std::vector<Point2> pts;
+    for (std::size_t i = 0; i < curves.size(); ++i)
+        for (std::size_t j = i + 1; j < curves.size(); ++j) {
+            las_detail::CrossCurves(curves[i], curves[j], eps, pts);
+            for (const Point2& p : pts) {
+                const bool endI = p.distance(curves[i].a) <= eps || p.distance(curves[i].b) <= eps;
+                const bool endJ = p.distance(curves[j].a) <= eps || p.distance(curves[j].b) <= eps;
+                if (!(endI && endJ)) return true;
+            }
+        }
+    return false;
+}
+
+// A valid tree: holes inside their solid, holes of a solid apart, solids apart (or one inside a
+// hole of the other), no contour crossing itself. Empty string when valid.
+inline std::string CheckTree(const ProComplexContour* c, double eps) {
+    if (c == nullptr) return "null";
+    Solver2d rel(eps);
+    std::vector<const ProSolidContour*> solids;
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
+        const ProSolidContour* s = c->SolidChild(i);
+        if (s == nullptr) return "null solid";
+        if (!(std::fabs(SignedArea(*s)) > 1e-14)) return "solid without area";
+        if (SelfCrossing(*s, eps)) return "solid crosses itself";
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j) {
+            const ProClosedContour* h = s->ClosedChild(j);
+            if (dynamic_cast<const ProEmptyContour*>(h) == nullptr)
+                return "hole is not a hole node";
+            if (SelfCrossing(*h, eps)) return "hole crosses itself";
+            if (rel.GetRelation(s, h) != Solver2d::Inside) return "hole not inside its solid";
+            for (unsigned long k = j + 1; k < s->ChildrenCount(); ++k)
+                if (rel.GetRelation(h, s->ClosedChild(k)) != Solver2d::Disjoint)
+                    return "holes overlap";
+        }
+        solids.push_back(s);
+    }
+    const auto inHoleOf = [&](const ProSolidContour* outer, const ProSolidContour* inner) {
+        for (unsigned long j = 0; j < outer->ChildrenCount(); ++j) {
+            const auto r = rel.GetRelation(outer->ClosedChild(j), inner);
+            if (r == Solver2d::Inside) return true;
+        }
+        return false;
+    };
+    for (std::size_t i = 0; i < solids.size(); ++i)
+        for (std::size_t j = i + 1; j < solids.size(); ++j) {
+            const auto r = rel.GetRelation(solids[i], solids[j]);
+            if (r == Solver2d::Disjoint) continue;
+            if (r == Solver2d::Inside && inHoleOf(solids[i], solids[j])) continue;
+            if (r == Solver2d::Encloses && inHoleOf(solids[j], solids[i])) continue;
+            return "solids overlap (relation " + std::to_string(static_cast<int>(r)) + ")";
+        }
+    return "";
+}
+
+}  // namespace quillon::las_test

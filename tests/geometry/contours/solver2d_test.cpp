@@ -1,0 +1,169 @@
+#include "quillon/geometry/contours/solver2d.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "las_test_support.h"
+
+namespace quillon {
+namespace {
+
+using las_test::CircleContour;
+using las_test::Polygon;
+using las_test::RectContour;
+
+constexpr double kPi = std::numbers::pi;
+constexpr double kEps = 1e-6;
+
+bool Has(const std::vector<Point2>& pts, const Point2& p, double tol = 1e-9) {
+    for (const Point2& q : pts)
+        if (q.distance(p) <= tol) return true;
+    return false;
+}
+
+TEST(Solver2dTest, EqualityAndAxisSnappedAngles) {
+    Solver2d s(kEps);
+    EXPECT_TRUE(s.AreEqual({0, 0}, {kEps, 0}));
+    EXPECT_FALSE(s.AreEqual({0, 0}, {1.5 * kEps, 0}));
+    Solver2d d(-1.0);
+    EXPECT_EQ(d.GetEpsilon(), 1e-10);
+    EXPECT_EQ(s.FindAngle_0x({0.5e-6, 2}), kPi / 2);
+    EXPECT_EQ(s.FindAngle_0x({-0.5e-6, -2}), 3 * kPi / 2);
+    EXPECT_EQ(s.FindAngle_0x({-3, 0.5e-6}), kPi);
+    EXPECT_EQ(s.FindAngle_0x({3, -0.5e-6}), 0.0);
+    EXPECT_EQ(s.FindAngle_0x({0, 0}), 0.0);
+    for (double a = 0.1; a < 2 * kPi; a += 0.7)
+        EXPECT_NEAR(s.FindAngle_0x({std::cos(a), std::sin(a)}), a, 1e-12);
+}
+
+TEST(Solver2dTest, SegmentContacts) {
+    Solver2d s(kEps);
+    std::vector<Point2> pts;
+    // Proper crossing.
+    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {2, 2}), Sector2({0, 2}, {2, 0}), pts), 1);
+    EXPECT_TRUE(Has(pts, {1, 1}));
+    // A T-junction reports the touching end exactly; an end point within epsilon counts.
+    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {4, 0}), Sector2({2, 0.5e-6}, {2, 3}), pts), 1);
+    EXPECT_EQ(pts[0].y, 0.5e-6);
+    // Collinear overlap: the overlap's two ends.
+    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {4, 0}), Sector2({6, 0}, {1, 0}), pts), 2);
+    EXPECT_TRUE(Has(pts, {4, 0}));
+    EXPECT_TRUE(Has(pts, {1, 0}));
+    // Shared end only, and parallel or far apart: nothing else.
+    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({1, 0}, {2, 1}), pts), 1);
+    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({0, 1}, {1, 1}), pts), 0);
+    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({2, -1}, {2, 1}), pts), 0);
+    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({3, 0}, {5, 0}), pts), 0);
+}
+
+TEST(Solver2dTest, ArcContactsAndCircleCrossings) {
+    Solver2d s(kEps);
+    std::vector<Point2> pts;
+    const Arc2 upper(Circle2({0, 0}, 1), 0.0, kPi);  // counter-clockwise over the top
+    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 0.5}, {2, 0.5}), upper, pts), 2);
+    EXPECT_TRUE(Has(pts, {std::sqrt(0.75), 0.5}));
+    EXPECT_TRUE(Has(pts, {-std::sqrt(0.75), 0.5}));
+    // Tangent, and tangent within epsilon: the foot point alone.
+    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 1}, {2, 1}), upper, pts), 1);
+    EXPECT_TRUE(Has(pts, {0, 1}));
+    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 1 - 0.5e-6}, {2, 1 - 0.5e-6}), upper, pts), 1);
+    // The lower half of the circle is not on this arc.
+    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, -0.5}, {2, -0.5}), upper, pts), 0);
+    // Co-circular arcs overlapping: the overlap's ends only.
+    const Arc2 right(Circle2({0, 0}, 1), -kPi / 2, kPi);
+    EXPECT_EQ(s.FindArcCrossPoint(upper, right, pts), 2);
+    EXPECT_TRUE(Has(pts, {1, 0}));
+    EXPECT_TRUE(Has(pts, {0, 1}));
+    // Two circles crossing.
+    const Arc2 other(Circle2({1, 0}, 1), 0.0, 2 * kPi - 0.1);
+    EXPECT_EQ(s.FindArcCrossPoint(upper, other, pts), 1);
+    EXPECT_TRUE(Has(pts, {0.5, std::sqrt(0.75)}));
+    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({1, 0}, 1), pts), 2);
+    EXPECT_NEAR(pts[0].y, std::sqrt(0.75), 1e-12);  // left of the direction between the centres
+    EXPECT_NEAR(pts[1].y, -std::sqrt(0.75), 1e-12);
+    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({2, 0}, 1), pts), 1);
+    EXPECT_TRUE(Has(pts, {1, 0}));
+    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({0, 0}, 2), pts), 0);
+    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({3, 0}, 1), pts), 0);
+}
+
+TEST(Solver2dTest, SplittingAndMiddle) {
+    Solver2d s(kEps);
+    std::vector<Sector2> lines;
+    EXPECT_EQ(s.SplitLine(Sector2({0, 0}, {4, 0}), {1, 0}, lines), 2);
+    EXPECT_EQ(lines[0].get_end().x, 1.0);
+    EXPECT_EQ(lines[1].get_beg().x, 1.0);
+    EXPECT_EQ(s.SplitLine(Sector2({0, 0}, {4, 0}), {0.5e-6, 0}, lines), 1);  // at an end
+    EXPECT_EQ(s.SplitLine(Sector2({0, 0}, {4, 0}), {1, 1}, lines), 1);       // off the segment
+    std::vector<Arc2> arcs;
+    const Arc2 cw(Circle2({0, 0}, 2), kPi, -kPi);  // clockwise over the top
+    EXPECT_EQ(s.SplitArc(cw, {0, 2}, arcs), 2);
+    EXPECT_NEAR(arcs[0].sweep, -kPi / 2, 1e-12);
+    EXPECT_NEAR(arcs[1].sweep, -kPi / 2, 1e-12);
+    EXPECT_NEAR(arcs[0].get_end().distance({0, 2}), 0.0, 1e-12);
+    EXPECT_NEAR(arcs[1].get_end().distance({2, 0}), 0.0, 1e-12);
+    EXPECT_EQ(s.SplitArc(cw, {0, -2}, arcs), 1);  // the other half of the circle
+    EXPECT_NEAR(s.GetMiddleArc(cw).distance({0, 2}), 0.0, 1e-12);
+}
+
+TEST(Solver2dTest, RelationCodes) {
+    Solver2d s(kEps);
+    const LAContour big = RectContour(0, 0, 10, 10);
+    const LAContour small = RectContour(2, 2, 4, 4);
+    const LAContour edge = RectContour(0, 0, 4, 4);  // inside, along two edges
+    const LAContour apart = RectContour(20, 0, 21, 1);
+    const LAContour corner = RectContour(10, 10, 12, 12);  // touches at one point
+    const LAContour crossing = RectContour(8, 8, 12, 12);
+    const LAContour outsideAlong = RectContour(10, 0, 12, 4);  // shares part of an edge
+    EXPECT_EQ(s.GetRelation(&big, &small), Solver2d::Inside);
+    EXPECT_EQ(s.GetRelation(&big, &edge), Solver2d::Inside);
+    EXPECT_EQ(s.GetRelation(&big, &big), Solver2d::Inside);
+    EXPECT_EQ(s.GetRelation(&small, &big), Solver2d::Encloses);
+    EXPECT_EQ(s.GetRelation(&big, &crossing), Solver2d::Crossing);
+    EXPECT_EQ(s.GetRelation(&big, &apart), Solver2d::Disjoint);
+    EXPECT_EQ(s.GetRelation(&big, &corner), Solver2d::Disjoint);
+    EXPECT_EQ(s.GetRelation(&big, &outsideAlong), Solver2d::PartlyOnBoundary);
+    EXPECT_EQ(s.GetRelation(&big, nullptr), Solver2d::Disjoint);
+    // Arcs: a disc in a square, a square in a disc, and a disc through a square's side.
+    const LAContour disc = CircleContour({5, 5}, 2);
+    EXPECT_EQ(s.GetRelation(&big, &disc), Solver2d::Inside);
+    EXPECT_EQ(s.GetRelation(&disc, &big), Solver2d::Encloses);
+    const LAContour tangent = CircleContour({5, 2}, 2);  // touches the bottom side
+    EXPECT_EQ(s.GetRelation(&big, &tangent), Solver2d::Inside);
+    const LAContour through = CircleContour({10, 5}, 1);
+    EXPECT_EQ(s.GetRelation(&big, &through), Solver2d::Crossing);
+    // A notch: a region outside the first closed off by the first's own edges.
+    const LAContour notched =
+        Polygon({{0, 0}, {4, 0}, {4, 2}, {2, 1}, {2, 2}, {4, 2}, {4, 4}, {0, 4}});
+    const LAContour notch = Polygon({{2, 2}, {2, 1}, {4, 2}});
+    EXPECT_EQ(s.GetRelation(&notched, &notch), Solver2d::PartlyOnBoundary);
+}
+
+TEST(Solver2dTest, PointsAndPiecesOnContours) {
+    Solver2d s(kEps);
+    ProContourFactory f;
+    ProSolidContour* solid = f.CreateSolidContour();
+    solid->SetLAContour(RectContour(0, 0, 10, 10));
+    ProEmptyContour* hole = f.CreateEmptyContour();
+    hole->SetLAContour(CircleContour({5, 5}, 2));
+    solid->Attach(hole);
+    EXPECT_TRUE(s.IsPointInSolidContour({1, 1}, solid));
+    EXPECT_TRUE(s.IsPointInSolidContour({0, 5}, solid));    // on the outline
+    EXPECT_TRUE(s.IsPointInSolidContour({5, 7}, solid));    // on the hole's edge
+    EXPECT_FALSE(s.IsPointInSolidContour({5, 5}, solid));   // in the hole
+    EXPECT_FALSE(s.IsPointInSolidContour({11, 5}, solid));  // outside
+    EXPECT_TRUE(s.IsLineOnContour(Sector2({2, 0}, {10, 0}), solid));
+    EXPECT_TRUE(s.IsLineOnContour(Sector2({0, 3}, {0, 0}), solid));
+    EXPECT_FALSE(s.IsLineOnContour(Sector2({2, 0}, {12, 0}), solid));
+    EXPECT_FALSE(s.IsLineOnContour(Sector2({0, 0}, {10, 10}), solid));
+    EXPECT_TRUE(s.IsArcOnContour(Arc2(Circle2({5, 5}, 2), 1.0, 2.0), hole));
+    EXPECT_FALSE(s.IsArcOnContour(Arc2(Circle2({5, 5}, 2.5), 1.0, 2.0), hole));
+    EXPECT_TRUE(s.IsPointInContour({5, 5}, hole));
+    EXPECT_FALSE(s.IsPointInContour({5, 7}, hole));
+    delete solid;
+}
+
+}  // namespace
+}  // namespace quillon
