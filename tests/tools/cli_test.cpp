@@ -1,0 +1,276 @@
+#include "tools/quillon/cli.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <numbers>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "quillon/geometry/contours/contour_text.h"
+#include "quillon/platform/text.h"
+#include "quillon/sections/contour_props.h"
+
+namespace quillon::tool {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+struct Outcome {
+    int code = -1;
+    std::string out;
+    std::string err;
+};
+
+Outcome run(std::vector<std::string> args, const std::string& input = {}) {
+    std::istringstream in(input);
+    std::ostringstream out, err;
+    Outcome r;
+    r.code = RunQuillon(args, in, out, err);
+    r.out = out.str();
+    r.err = err.str();
+    return r;
+}
+
+std::string example(const std::string& name) {
+    return std::string(QUILLON_SOURCE_DIR) + "/examples/" + name;
+}
+
+// The number printed after a figure's symbol in the section table, e.g. "A" -> 858.009.
+double figure(const std::string& table, const std::string& symbol) {
+    const std::regex line("\\n  [^\\n]*? " + symbol + " +(-?[0-9.e+-]+) ");
+    std::smatch m;
+    if (!std::regex_search(table, m, line)) return std::nan("");
+    return std::stod(m[1]);
+}
+
+// Area of a contour text, through the library's reader and the exact integrals.
+double areaOf(const std::string& text) {
+    ProComplexContourAndUnitReader reader(platform::FromUtf8(text));
+    std::wstring unit;
+    std::unique_ptr<ProComplexContour> shape(reader.read(unit));
+    return CalcProps(*shape).area;
+}
+
+// A small well-formedness check: every tag closes in order, attributes are quoted, and the
+// character data holds no bare "<" or "&" outside entities.
+bool wellFormedXml(const std::string& xml) {
+    std::vector<std::string> open;
+    std::size_t i = 0;
+    if (xml.compare(0, 5, "<?xml") == 0) i = xml.find("?>") + 2;
+    bool root = false;
+    while (i < xml.size()) {
+        if (xml[i] != '<') {
+            if (xml[i] == '&') {
+                const auto semi = xml.find(';', i);
+                if (semi == std::string::npos || semi - i > 6) return false;
+            }
+            ++i;
+            continue;
+        }
+        const auto end = xml.find('>', i);
+        if (end == std::string::npos) return false;
+        std::string tag = xml.substr(i + 1, end - i - 1);
+        i = end + 1;
+        if (tag.empty()) return false;
+        if (tag[0] == '/') {
+            if (open.empty() || open.back() != tag.substr(1)) return false;
+            open.pop_back();
+            continue;
+        }
+        const bool selfClosing = tag.back() == '/';
+        if (selfClosing) tag.pop_back();
+        const std::string name = tag.substr(0, tag.find_first_of(" \n"));
+        // attributes: name="value" pairs only
+        static const std::regex attrs(
+            "^[A-Za-z_:][A-Za-z0-9_:.-]*(\\s+[A-Za-z_:][A-Za-z0-9_:.-]*=\"[^\"<]*\")*\\s*$");
+        if (!std::regex_match(tag, attrs)) return false;
+        if (open.empty()) {
+            if (root) return false;  // a second root element
+            root = true;
+        }
+        if (!selfClosing) open.push_back(name);
+    }
+    return root && open.empty();
+}
+
+TEST(QuillonProgram, UsageErrorsAndHelp) {
+    EXPECT_EQ(run({}).code, kUsage);
+    EXPECT_EQ(run({"frobnicate"}).code, kUsage);
+    EXPECT_NE(run({"frobnicate"}).err.find("unknown command 'frobnicate'"), std::string::npos);
+    EXPECT_EQ(run({"--help"}).code, kDone);
+    for (const char* command : {"demo", "solve", "bool", "section", "unit"}) {
+        const Outcome help = run({command, "--help"});
+        EXPECT_EQ(help.code, kDone) << command;
+        EXPECT_NE(help.out.find(std::string("usage: quillon ") + command), std::string::npos);
+        const Outcome bad = run({command, "--colour", "red"});
+        EXPECT_EQ(bad.code, kUsage) << command;
+        EXPECT_NE(bad.err.find("unknown option '--colour'"), std::string::npos) << command;
+    }
+    EXPECT_EQ(run({"solve", "--eps"}).code, kUsage);        // option without its value
+    EXPECT_EQ(run({"solve", "--eps", "-1"}).code, kUsage);  // not a positive number
+    EXPECT_EQ(run({"section", "--units", "furlong"}).code, kUsage);
+    EXPECT_EQ(run({"bool", "xor", "a", "b"}).code, kUsage);
+    EXPECT_EQ(run({"bool", "union", "a"}).code, kUsage);
+    EXPECT_EQ(run({"unit"}).code, kUsage);
+}
+
+TEST(QuillonProgram, UnitTextsGiveTheirSiValueExponentsAndQuantity) {
+    const Outcome r = run({"unit", "2.5 kN*m", "kg/m^3", "1/s"});
+    EXPECT_EQ(r.code, kDone);
+    EXPECT_NE(r.out.find("2.5 kN*m = 2500 "), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("exponents m^2 kg^1 s^-2; moment or energy"), std::string::npos);
+    EXPECT_NE(r.out.find("kg/m^3 = 1 "), std::string::npos);
+    EXPECT_NE(r.out.find("exponents m^-3 kg^1 s^0; no named quantity"), std::string::npos);
+    EXPECT_NE(r.out.find("exponents m^0 kg^0 s^-1; frequency"), std::string::npos);
+    const Outcome bad = run({"unit", "3 parsecs", "2 m"});
+    EXPECT_EQ(bad.code, kBadInput);
+    EXPECT_NE(bad.out.find("3 parsecs: not a unit text"), std::string::npos);
+    EXPECT_NE(bad.out.find("2 m = 2 "), std::string::npos);  // later texts still answered
+}
+
+TEST(QuillonProgram, SolveJoinsCrossingSketchLinesIntoOneSolid) {
+    const Outcome r = run({"solve", example("l_shape.txt")});
+    ASSERT_EQ(r.code, kDone) << r.err;
+    EXPECT_EQ(r.out.compare(0, 4, "\"mm\""), 0);
+    // 100 x 100 x 10 angle: 1900 mm^2; the crossing ends are free polylines.
+    EXPECT_NEAR(areaOf(r.out), 1900.0, 1e-6);
+    EXPECT_NE(r.err.find("1 solid(s) with 0 hole(s)"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("free polyline"), std::string::npos);
+}
+
+TEST(QuillonProgram, SolveReportsBadInputWithItsLine) {
+    const Outcome garbage = run({"solve", "-"}, "units mm\nline 0 0 1\n");
+    EXPECT_EQ(garbage.code, kBadInput);
+    EXPECT_NE(garbage.err.find("-:2: expected \"line x1 y1 x2 y2\""), std::string::npos)
+        << garbage.err;
+    const Outcome word = run({"solve", "-"}, "line 0 0 1 x\n");
+    EXPECT_NE(word.err.find("found \"x\""), std::string::npos) << word.err;
+    const Outcome unknown = run({"solve", "-"}, "# fine\nspline 0 0 1 1\n");
+    EXPECT_EQ(unknown.code, kBadInput);
+    EXPECT_NE(unknown.err.find(":2: unknown element \"spline\""), std::string::npos);
+    const Outcome sweep = run({"solve", "-"}, "arc 1 0 0 1 0 0 45\n");
+    EXPECT_NE(sweep.err.find("sweep does not match"), std::string::npos);
+    EXPECT_EQ(run({"solve", "-"}, "").code, kBadInput);  // empty input
+    EXPECT_EQ(run({"solve", "/nonexistent/drawing.txt"}).code, kBadInput);
+}
+
+TEST(QuillonProgram, BooleansKeepTrueArcs) {
+    const std::string square = example("square.txt");
+    const std::string disc = example("disc.txt");
+    const double a = 100.0 * 100.0, b = kPi * 40 * 40, overlap = b / 4;
+    const Outcome u = run({"bool", "union", square, disc});
+    ASSERT_EQ(u.code, kDone) << u.err;
+    EXPECT_NEAR(areaOf(u.out), a + b - overlap, 1e-2);
+    EXPECT_NE(u.out.find("(A "), std::string::npos);  // arcs stay arcs
+    const Outcome d = run({"bool", "difference", square, disc});
+    ASSERT_EQ(d.code, kDone) << d.err;
+    EXPECT_NEAR(areaOf(d.out), a - overlap, 1e-2);
+    const Outcome m = run({"bool", "intersection", square, disc});
+    ASSERT_EQ(m.code, kDone) << m.err;
+    EXPECT_NEAR(areaOf(m.out), overlap, 1e-2);
+    // A text given inline, and a malformed one reported with its reader's code.
+    const Outcome inline_ = run({"bool", "union", "(((S((L 0 0)(L 1 0)(L 1 1)(L 0 1))())))",
+                                 "(((S((L 0 0)(L 1 0)(L 1 1)(L 0 1))())))"});
+    ASSERT_EQ(inline_.code, kDone) << inline_.err;
+    EXPECT_NEAR(areaOf(inline_.out), 1.0, 1e-9);
+    const Outcome bad = run({"bool", "union", "(((S((L 0 0)(L 1 0)", square});
+    EXPECT_EQ(bad.code, kBadInput);
+    EXPECT_NE(bad.err.find("A is not a contour text: error "), std::string::npos) << bad.err;
+}
+
+TEST(QuillonProgram, SectionTableInTheChosenUnit) {
+    const Outcome cm = run({"section", example("square.txt")});
+    ASSERT_EQ(cm.code, kDone) << cm.err;
+    EXPECT_NEAR(figure(cm.out, "A"), 100.0, 1e-9);                  // cm2
+    EXPECT_NEAR(figure(cm.out, "xc"), 5.0, 1e-9);                   // cm
+    EXPECT_NEAR(figure(cm.out, "Ix"), 10.0 * 1000.0 / 12.0, 1e-2);  // cm4, 3 decimals shown
+    EXPECT_NEAR(figure(cm.out, "Wx,top"), 1000.0 / 6.0, 1e-1);
+    const Outcome mm =
+        run({"section", "--units", "mm", "-"}, "(((S((L 0 0)(L 100 0)(L 100 100)(L 0 100))())))");
+    ASSERT_EQ(mm.code, kDone) << mm.err;
+    EXPECT_NEAR(figure(mm.out, "A"), 10000.0, 1e-9);
+    EXPECT_NE(mm.out.find("mm2"), std::string::npos);
+    const Outcome bad = run({"section", "-"}, "((S((L 0 0)");
+    EXPECT_EQ(bad.code, kBadInput);
+    EXPECT_NE(bad.err.find("error "), std::string::npos);
+    const Outcome furlong = run({"section", "-"}, "\"furlong\"(((S((L 0 0)(L 1 0)(L 1 1))())))");
+    EXPECT_EQ(furlong.code, kBadInput);
+}
+
+TEST(QuillonProgram, DemoSolvesThePlateAndDrawsIt) {
+    const auto dir = std::filesystem::temp_directory_path() / "quillon_demo_test";
+    std::filesystem::remove_all(dir);
+    const Outcome r = run({"demo", "--out", dir.string()});
+    ASSERT_EQ(r.code, kDone) << r.err;
+    EXPECT_NE(r.out.find("1 solid(s) with 2 hole(s)"), std::string::npos) << r.out;
+    // 400 x 250 mm, corners of radius 30, a hole of diameter 80 and one of 120 x 70, in cm2.
+    const double area = (400.0 * 250.0 - (4.0 - kPi) * 900.0 - kPi * 1600.0 - 120.0 * 70.0) / 100;
+    EXPECT_NEAR(figure(r.out, "A"), area, 1e-3);
+    std::ifstream svg(dir / "plate.svg");
+    ASSERT_TRUE(svg.good());
+    const std::string xml((std::istreambuf_iterator<char>(svg)), std::istreambuf_iterator<char>());
+    EXPECT_TRUE(wellFormedXml(xml));
+    EXPECT_NE(xml.find("fill-rule=\"evenodd\""), std::string::npos);
+    EXPECT_NE(xml.find(" A"), std::string::npos);  // true SVG arcs
+    std::filesystem::remove_all(dir);
+}
+
+TEST(QuillonProgram, XmlCheckerRefusesBrokenDocuments) {
+    EXPECT_TRUE(wellFormedXml("<a x=\"1\"><b/></a>"));
+    EXPECT_FALSE(wellFormedXml("<a><b></a></b>"));
+    EXPECT_FALSE(wellFormedXml("<a x=1></a>"));
+    EXPECT_FALSE(wellFormedXml("<a></a><b></b>"));
+    EXPECT_FALSE(wellFormedXml("<a>&bogus</a>"));
+    EXPECT_FALSE(wellFormedXml("<1a></1a>"));
+}
+
+}  // namespace
+}  // namespace quillon::tool
+
+namespace quillon::tool {
+namespace {
+
+// A half disc above its diameter: the solver's clockwise outline runs over the top, which SVG
+// (y down) must draw as a clockwise arc too (sweep flag 1), or the picture shows the half below.
+TEST(QuillonProgram, SvgArcsBulgeTheWayTheShapeDoes) {
+    const auto svg = std::filesystem::temp_directory_path() / "quillon_half_disc.svg";
+    std::istringstream in("arc 0 0 100 0 50 0 -180\nline 0 0 100 0\n");
+    std::ostringstream out, err;
+    ASSERT_EQ(RunQuillon({"solve", "-", "--svg", svg.string()}, in, out, err), kDone) << err.str();
+    std::ifstream file(svg);
+    const std::string xml((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    const std::regex arc(" A50 50 0 [01] ([01]) ");
+    std::smatch m;
+    ASSERT_TRUE(std::regex_search(xml, m, arc)) << xml;
+    // The outline is clockwise, so the arc is too; the top of the box is at picture y = margin.
+    EXPECT_EQ(m[1], "1");
+    std::filesystem::remove(svg);
+}
+
+}  // namespace
+}  // namespace quillon::tool
+
+namespace quillon::tool {
+namespace {
+
+std::string fileText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+}
+
+// The README shows the consumer program that CI compiles; a stale copy would teach a broken API.
+TEST(QuillonProgram, ReadmeExampleIsTheProgramCiBuilds) {
+    const std::string readme = fileText(std::string(QUILLON_SOURCE_DIR) + "/README.md");
+    std::string program = fileText(std::string(QUILLON_SOURCE_DIR) + "/tests/consumer/main.cpp");
+    while (!program.empty() && program.back() == '\n') program.pop_back();
+    ASSERT_FALSE(program.empty());
+    EXPECT_NE(readme.find("```cpp\n" + program + "\n```"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace quillon::tool

@@ -1,0 +1,17 @@
+// The section properties table of the program: area, centroid, centroidal and principal second
+// moments, principal angle, radii of gyration and elastic moduli of a complex contour, printed in
+// the user's length unit through the unit catalogue.
+#pragma once
+
+#include <string>
+
+#include "quillon/geometry/contours/pro_contour.h"
+
+namespace quillon::tool {
+
+// `drawingUnit`: the unit of the contour's coordinates; `shownUnit`: the unit to print in. Both
+// are mm, cm or m. Returns the table as text (one figure a line).
+std::string SectionReport(const ProComplexContour& shape, const std::string& drawingUnit,
+                          const std::string& shownUnit);
+
+}  // namespace quillon::tool
