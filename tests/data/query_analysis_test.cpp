@@ -12,53 +12,34 @@ using Lines = std::vector<std::wstring>;
 
 const std::wstring kQ = std::wstring(1, static_cast<wchar_t>(0xFF91));
 
-TEST(QueryText, OperatorBlanksOnTrickyTexts) {
+TEST(QueryText, OperatorBlanksLowerCaseAndBrackets) {
+    // Index 0 and 1 are left alone, and so are quoted runs of every kind; "=" after "!" gets a
+    // blank after only.
+    // clang-format off
     const std::vector<std::pair<std::wstring, std::wstring>> cases = {
-        {L"where a>=3", L"where a >= 3"},
-        {L"where x<>y", L"where x <> y"},
-        {L"where a<=b", L"where a <= b"},
-        {L"where a<b", L"where a < b"},
-        {L"where a>b", L"where a > b"},
-        {L"where a=b", L"where a = b"},
-        {L"where a==b", L"where a == b"},
-        {L"where a!=b", L"where a!= b"},  // "=" after "!": blank after only
-        {L"where a=!b", L"where a =!b"},
-        {L"where a = b", L"where a = b"},
-        {L"where a >= b", L"where a >= b"},
-        {L"select*from t", L"select * from t"},
-        {L"where (a=1)and(b<2)", L"where ( a = 1 ) and ( b < 2 )"},
-        // index 0 and 1 are left alone
-        {L"(a=1)", L"(a = 1 )"},
-        {L" (a", L" (a"},
-        {L"a>=3", L"a>= 3"},
-        {L"=x", L"=x"},
-        // quoted runs of every kind are left alone
-        {L"where n='a<b'", L"where n = 'a<b'"},
-        {L"where n=\"(x)\"", L"where n = \"(x)\""},
+        {L"where a>=3", L"where a >= 3"}, {L"where x<>y", L"where x <> y"},
+        {L"where a<=b", L"where a <= b"}, {L"where a<b", L"where a < b"},
+        {L"where a>b", L"where a > b"}, {L"where a=b", L"where a = b"},
+        {L"where a==b", L"where a == b"}, {L"where a!=b", L"where a!= b"},
+        {L"where a=!b", L"where a =!b"}, {L"where a = b", L"where a = b"},
+        {L"where a >= b", L"where a >= b"}, {L"select*from t", L"select * from t"},
+        {L"where (a=1)and(b<2)", L"where ( a = 1 ) and ( b < 2 )"}, {L"(a=1)", L"(a = 1 )"},
+        {L" (a", L" (a"}, {L"a>=3", L"a>= 3"}, {L"=x", L"=x"},
+        {L"where n='a<b'", L"where n = 'a<b'"}, {L"where n=\"(x)\"", L"where n = \"(x)\""},
         {L"where [a<b]=1", L"where [a<b] = 1"},
         {L"where n=" + kQ + L"a=b" + kQ, L"where n = " + kQ + L"a=b" + kQ},
-        {L"where n='x", L"where n = 'x"},
-        {L"", L""},
-        {L"ab", L"ab"},
-        {L"ab=", L"ab ="},
-    };
-    for (const auto& [in, out] : cases) {
-        EXPECT_EQ(parser::SpaceOperators(in), out) << parser::LowerText(in).size();
-    }
-}
+        {L"where n='x", L"where n = 'x"}, {L"", L""}, {L"ab", L"ab"}, {L"ab=", L"ab ="}};
+    // clang-format on
+    for (const auto& [in, out] : cases) EXPECT_EQ(parser::SpaceOperators(in), out);
 
-TEST(QueryText, LowerCaseOutsideQuotesAndBracketRemoval) {
     EXPECT_EQ(parser::LowerOutsideQuotes(L"SELECT 'AbC' [Beams] \"XY\" Z"),
               L"select 'AbC' [beams] \"XY\" z");
     EXPECT_EQ(parser::LowerOutsideQuotes(kQ + L"AB" + kQ + L" CD 'EF"),
               kQ + L"AB" + kQ + L" cd 'EF");
-    EXPECT_EQ(parser::RemoveBrackets(L"[a]"), L"a");
-    EXPECT_EQ(parser::RemoveBrackets(L"[a"), L"a");
-    EXPECT_EQ(parser::RemoveBrackets(L"a]"), L"a");
-    EXPECT_EQ(parser::RemoveBrackets(L"[[a]]"), L"[a]");
-    EXPECT_EQ(parser::RemoveBrackets(L"]"), L"");
-    EXPECT_EQ(parser::RemoveBrackets(L"[]"), L"");
-    EXPECT_EQ(parser::RemoveBrackets(L""), L"");
+    const std::vector<std::pair<std::wstring, std::wstring>> brackets = {
+        {L"[a]", L"a"}, {L"[a", L"a"}, {L"a]", L"a"}, {L"[[a]]", L"[a]"},
+        {L"]", L""},    {L"[]", L""},  {L"", L""}};
+    for (const auto& [in, out] : brackets) EXPECT_EQ(parser::RemoveBrackets(in), out);
 }
 
 class Analysis : public ::testing::Test {

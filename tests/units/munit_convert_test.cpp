@@ -5,6 +5,7 @@
 #include <random>
 
 #include "munit_fixture.h"
+#include "quillon/platform/text.h"
 
 namespace quillon::munit::testing {
 namespace {
@@ -24,25 +25,22 @@ protected:
 
 TEST_F(ConvertTest, CnvUnitSILeavesOutUntouchedWithoutAFactor) {
     MUnit mu;
-    double out = 123.0;
-    EXPECT_EQ(mu.CnvUnitSI(out, T(8), 5.0, BASIC_TO_SI), 0);  // absent
-    EXPECT_EQ(out, 123.0);
-    EXPECT_EQ(mu.CnvUnitSI(out, T(8), 5.0, BASIC_FROM_SI), 0);
-    EXPECT_EQ(out, 123.0);
-    EXPECT_EQ(mu.CnvUnitSI(out, T(7), 250.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 2.5);
-    EXPECT_EQ(mu.CnvUnitSI(out, T(7), 2.5, static_cast<BASIC_UNIT>(7)), 0);  // any non-zero
-    EXPECT_DOUBLE_EQ(out, 250.0);
-
+    // 'out' starts as 'preset'; every call answers 0.
+    const auto cnv = [&mu](int id, double value, BASIC_UNIT direction, double preset) {
+        double out = preset;
+        EXPECT_EQ(mu.CnvUnitSI(out, T(id), value, direction), 0) << id;
+        return out;
+    };
+    EXPECT_EQ(cnv(8, 5.0, BASIC_TO_SI, 123.0), 123.0);  // absent
+    EXPECT_EQ(cnv(8, 5.0, BASIC_FROM_SI, 123.0), 123.0);
+    EXPECT_DOUBLE_EQ(cnv(7, 250.0, BASIC_TO_SI, 0.0), 2.5);
+    EXPECT_DOUBLE_EQ(cnv(7, 2.5, static_cast<BASIC_UNIT>(7), 0.0), 250.0);  // any non-zero
     // A factor of 0 converts to SI (giving 0) but not from SI.
     TypeUnit zero = mu.GetTypeUnit(T(10));
     zero.coefficient = 0.0;
     ASSERT_EQ(mu.ModifyTypeUnit(zero), 0);
-    out = -1.0;
-    mu.CnvUnitSI(out, T(10), 4.0, BASIC_FROM_SI);
-    EXPECT_EQ(out, -1.0);
-    mu.CnvUnitSI(out, T(10), 4.0, BASIC_TO_SI);
-    EXPECT_EQ(out, 0.0);
+    EXPECT_EQ(cnv(10, 4.0, BASIC_FROM_SI, -1.0), -1.0);
+    EXPECT_EQ(cnv(10, 4.0, BASIC_TO_SI, -1.0), 0.0);
 }
 
 TEST_F(ConvertTest, ToSIAndBackIsTheIdentity) {
@@ -61,42 +59,38 @@ TEST_F(ConvertTest, ToSIAndBackIsTheIdentity) {
 }
 
 TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
+    struct Case {
+        int id;
+        const wchar_t* unit;
+        double value;
+        BASIC_UNIT direction;
+        int code;
+        double out;  // what 'out' holds afterwards (it is preset to -1)
+    };
+    const BASIC_UNIT to = BASIC_TO_SI, from = BASIC_FROM_SI;
+    // clang-format off
+    const Case cases[] = {
+        {14, L"kN*m", 2.0, to, 0, 2000.0}, {14, L"kN cm", 2000.0, from, 0, 200.0},
+        {15, L"kN/cm2", 1.0, to, 1, 0.0},  // 15 takes no texts
+        {29, L"kN/cm2", 1.0, to, 0, 1e7}, {28, L"kN/mm", 1.0, to, 0, 1e6},
+        {12, L"cm2", 3.0, to, 0, 3e-4}, {33, L"mm3", 1.0, to, 0, 1e-9},
+        {30, L"cm4", 1.0, to, 0, 1e-8}, {17, L"Grad", 200.0, to, 0, 200.0 * 0.01570796326795},
+        {19, L"t", 2.0, to, 0, 2000.0}, {19, L"T", 2.0, to, 1, 0.0},  // a force, not a mass
+        {102, L"kN*m/cm", 1.0, to, 0, 1e5}, {20, L"m", 1.0, to, 1, 0.0},
+        {101, L"kg*m2", 1.0, to, 1, 0.0}, {7, L"furlong", 1.0, to, 1, 0.0}, {7, L"", 1.0, to, 1, 0.0},
+        // A divisor unit without a factor fails instead of giving an infinite factor.
+        {28, L"kN/furlong", 1.0, to, 1, 0.0},
+        // A second unit without a factor makes the moment factor 0: fine to SI, not from SI.
+        {14, L"kN", 5.0, to, 0, 0.0}, {14, L"kN", 5.0, from, 1, 0.0}};
+    // clang-format on
     MUnit mu;
-    double out = -1.0;
-    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN*m", 2.0, BASIC_TO_SI), 0);
-    EXPECT_EQ(out, 2000.0);
-    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN cm", 2000.0, BASIC_FROM_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 200.0);
-    EXPECT_EQ(mu.CnvUnit(out, T(15), L"kN/cm2", 1.0, BASIC_TO_SI), 1);  // 15 takes no texts
-    EXPECT_EQ(out, 0.0);
-    EXPECT_EQ(mu.CnvUnit(out, T(29), L"kN/cm2", 1.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 1e7);
-    EXPECT_EQ(mu.CnvUnit(out, T(28), L"kN/mm", 1.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 1e6);
-    EXPECT_EQ(mu.CnvUnit(out, T(12), L"cm2", 3.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 3e-4);
-    EXPECT_EQ(mu.CnvUnit(out, T(33), L"mm3", 1.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 1e-9);
-    EXPECT_EQ(mu.CnvUnit(out, T(30), L"cm4", 1.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 1e-8);
-    EXPECT_EQ(mu.CnvUnit(out, T(17), L"Grad", 200.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 200.0 * 0.01570796326795);
-    EXPECT_EQ(mu.CnvUnit(out, T(19), L"t", 2.0, BASIC_TO_SI), 0);
-    EXPECT_EQ(out, 2000.0);
-    EXPECT_EQ(mu.CnvUnit(out, T(19), L"T", 2.0, BASIC_TO_SI), 1);  // a force, not a mass
-    EXPECT_EQ(mu.CnvUnit(out, T(102), L"kN*m/cm", 1.0, BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 1e5);
-    EXPECT_EQ(mu.CnvUnit(out, T(20), L"m", 1.0, BASIC_TO_SI), 1);
-    EXPECT_EQ(mu.CnvUnit(out, T(101), L"kg*m2", 1.0, BASIC_TO_SI), 1);
-    EXPECT_EQ(mu.CnvUnit(out, T(7), L"furlong", 1.0, BASIC_TO_SI), 1);
-    EXPECT_EQ(mu.CnvUnit(out, T(7), L"", 1.0, BASIC_TO_SI), 1);
-    // A divisor unit without a factor fails instead of giving an infinite factor.
-    EXPECT_EQ(mu.CnvUnit(out, T(28), L"kN/furlong", 1.0, BASIC_TO_SI), 1);
-    // A second unit without a factor makes the moment factor 0: fine to SI, not from SI.
-    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_TO_SI), 0);
-    EXPECT_EQ(out, 0.0);
-    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI), 1);
+    for (const Case& c : cases) {
+        double out = -1.0;
+        EXPECT_EQ(mu.CnvUnit(out, T(c.id), c.unit, c.value, c.direction), c.code) << c.id;
+        EXPECT_DOUBLE_EQ(out, c.out) << c.id << " " << platform::ToUtf8(c.unit);
+    }
     GetMInit()->SetCorrectQuantity(false);  // unknown names now convert with factor 1
+    double out = -1.0;
     EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI), 0);
     EXPECT_EQ(out, 0.005);
 
@@ -169,19 +163,12 @@ TEST_F(ConvertTest, LocaleSeparatorInTextsAndParsing) {
 TEST_F(ConvertTest, ComparisonsAsDisplayedAroundZero) {
     MUnit mu;
     const MUNIT_TYPES m = T(10);  // metres, two decimals
-    EXPECT_TRUE(mu.eqUnit(-0.001, 0.0, m));
-    EXPECT_TRUE(mu.eqUnit(0.0, -0.004, m));
-    EXPECT_TRUE(mu.eqUnit(-0.001, 0.001, m));
-    EXPECT_FALSE(mu.eqUnit(-0.01, 0.01, m));
-    EXPECT_FALSE(mu.eqUnit(-0.006, 0.0, m));  // -0.01 against 0.00
-    EXPECT_TRUE(mu.eqUnit(1.004, 1.001, m));
-    EXPECT_FALSE(mu.eqUnit(1.004, 1.006, m));
-    EXPECT_EQ(mu.cmpUnit(-0.001, 0.0, m), 0);
-    EXPECT_EQ(mu.cmpUnit(-0.01, 0.01, m), -1);
-    EXPECT_EQ(mu.cmpUnit(0.01, -0.01, m), 1);
-    EXPECT_FALSE(mu.gtUnit(0.001, -0.001, m));
-    EXPECT_TRUE(mu.gtEqUnit(-0.001, 0.001, m));
-    EXPECT_TRUE(mu.lsEqUnit(0.001, -0.001, m));
+    // -0.00 and 0.00 are one; -0.006 shows as -0.01.
+    EXPECT_TRUE(mu.eqUnit(-0.001, 0.0, m) && mu.eqUnit(0.0, -0.004, m) &&
+                mu.eqUnit(-0.001, 0.001, m));
+    EXPECT_FALSE(mu.eqUnit(-0.01, 0.01, m) || mu.eqUnit(-0.006, 0.0, m));
+    EXPECT_TRUE(mu.eqUnit(1.004, 1.001, m) && !mu.eqUnit(1.004, 1.006, m));
+    EXPECT_EQ(mu.cmpUnit(-0.01, 0.01, m), -1);  // the direction; the rest follows below
 
     // Exactly one of less, equal, greater holds, and the six functions agree with it.
     std::mt19937 rng(11);

@@ -118,18 +118,9 @@ TEST_F(UnitFileTest, EveryVersionReadsItsRecords) {
                 EXPECT_EQ(t.id, -1) << version << " " << r.id;
                 continue;
             }
-            TypeUnit expected{T(r.id),
-                              N,
-                              N,
-                              N,
-                              r.u1,
-                              r.u2,
-                              r.u3,
-                              r.precision,
-                              r.exponential,
-                              version >= 8 ? extraFor(r.id) : L"",
-                              0.0,
-                              L""};
+            const std::wstring extra = version >= 8 ? extraFor(r.id) : L"";
+            TypeUnit expected{T(r.id),       N,     N, N,  r.u1, r.u2, r.u3, r.precision,
+                              r.exponential, extra, 0, L""};
             MUnit::GetTypeMunit(T(r.id), expected.kind1, expected.kind2, expected.kind3);
             EXPECT_EQ(t, expected) << version << " " << r.id;
         }
@@ -241,26 +232,21 @@ TEST_F(UnitFileTest, DamagedFilesLeaveTheTableIntact) {
     int refused = 0;
     for (int round = 0; round < 3000; ++round) {
         std::string bytes = good;
-        switch (round % 4) {
-            case 0:  // flip a few bytes
-                for (int k = 0, n = 1 + static_cast<int>(rng() % 4); k < n; ++k) {
-                    bytes[rng() % bytes.size()] = static_cast<char>(rng());
-                }
-                break;
-            case 1:  // cut and flip
-                bytes.resize(rng() % bytes.size());
-                if (!bytes.empty())
-                    bytes[rng() % bytes.size()] ^= static_cast<char>(1 + rng() % 255);
-                break;
-            case 2:  // insert garbage
-                bytes.insert(rng() % bytes.size(),
-                             std::string(1 + rng() % 8, static_cast<char>(rng())));
-                break;
-            default:  // pure garbage after a valid version
-                bytes.assign(2 + rng() % 64, '\0');
-                for (char& c : bytes) c = static_cast<char>(rng());
-                bytes[0] = static_cast<char>(rng() % 9);
-                bytes[1] = 0;
+        const unsigned how = round % 4;
+        if (how == 0) {  // flip a few bytes
+            for (unsigned k = 1 + rng() % 4; k > 0; --k)
+                bytes[rng() % bytes.size()] = static_cast<char>(rng());
+        } else if (how == 1) {  // cut and flip
+            bytes.resize(rng() % bytes.size());
+            if (!bytes.empty()) bytes[rng() % bytes.size()] ^= static_cast<char>(1 + rng() % 255);
+        } else if (how == 2) {  // insert garbage
+            bytes.insert(rng() % bytes.size(),
+                         std::string(1 + rng() % 8, static_cast<char>(rng())));
+        } else {  // pure garbage after a valid version
+            bytes.assign(2 + rng() % 64, '\0');
+            for (char& c : bytes) c = static_cast<char>(rng());
+            bytes[0] = static_cast<char>(rng() % 9);
+            bytes[1] = 0;
         }
         table_ = before;
         if (!load(bytes)) {

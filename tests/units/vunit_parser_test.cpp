@@ -37,41 +37,26 @@ protected:
 };
 
 TEST_F(UnitText, EveryGrammarRuleGivesItsQuantity) {
+    // Rows go through the rules in turn: empty and blank texts (1), bare numbers (3, 16-19, "e"
+    // makes a real number), number and unit with or without a blank (4), "*" and "/" between them
+    // (5, 6: the whole product is divided), units and products (7-13; the denominator of "/" is a
+    // product), integer exponents glued or after a blank (14) and after "^" (15), 0 and 1 powers.
+    // clang-format off
     const Case cases[] = {
-        {L"", 1, 0, 0, 0},                // 1
-        {L" \t ", 1, 0, 0, 0},            // 1: blanks only
-        {L"5", 5, 0, 0, 0},               // 3, 16, 18
-        {L"-3", -3, 0, 0, 0},             // 3, 17, 18
-        {L"2.5", 2.5, 0, 0, 0},           // 3, 19
-        {L"1e3", 1000, 0, 0, 0},          // 19: "e" makes a real number
-        {L"3 kN*m", 3000, 2, 1, -2},      // 4, 12
-        {L"2 kN/m", 2000, 0, 1, -2},      // 4, 9
-        {L"2m", 2, 1, 0, 0},              // 4 without a blank
-        {L"2e3m", 2000, 1, 0, 0},         // 4 with a real number
-        {L"-2 m", -2, 1, 0, 0},           // 4, 17
-        {L"2*m", 2, 1, 0, 0},             // 5
-        {L"2 * kN / m", 2000, 0, 1, -2},  // 5, 9
-        {L"1/s", 1, 0, 0, -1},            // 6
-        {L"2/kN*m", 0.002, -2, -1, 2},    // 6: the whole product is divided
-        {L"kN", 1000, 1, 1, -2},          // 7, 8, 10, 13
-        {L"kN/m*s", 1000, 0, 1, -3},      // 9: the denominator is a product
-        {L"kN m", 1000, 2, 1, -2},        // 11
-        {L"kN m s", 1000, 2, 1, -1},      // 11, 11
-        {L"m2", 1, 2, 0, 0},              // 14
-        {L"m 3", 1, 3, 0, 0},             // 14 after a blank
-        {L"m2 2", 1, 4, 0, 0},            // 14, 14
-        {L"cm2", 1e-4, 2, 0, 0},          // 14 on a prefixed unit
-        {L"m^2", 1, 2, 0, 0},             // 15, 16
-        {L"s^-2", 1, 0, 0, -2},           // 15, 17
-        {L"mm^-2^2", 1e12, -4, 0, 0},     // 15, 15
-        {L"m^0", 1, 0, 0, 0},             // a power of 0 is the dimensionless 1
-        {L"kN0", 1, 0, 0, 0},
-        {L"kN^1", 1000, 1, 1, -2},  // a power of 1 leaves the factor
-        {L"km^3", 1e9, 3, 0, 0},
-        {L"2.5 MPa", 2.5e6, -1, 1, -2},
-        {L"kg/m^3", 1, -3, 1, 0},
-        {L"1000*m*kg/s^2", 1000, 1, 1, -2},
-    };
+        {L"", 1, 0, 0, 0}, {L" \t ", 1, 0, 0, 0}, {L"5", 5, 0, 0, 0}, {L"-3", -3, 0, 0, 0},
+        {L"2.5", 2.5, 0, 0, 0}, {L"1e3", 1000, 0, 0, 0},
+        {L"3 kN*m", 3000, 2, 1, -2}, {L"2 kN/m", 2000, 0, 1, -2}, {L"2m", 2, 1, 0, 0},
+        {L"2e3m", 2000, 1, 0, 0}, {L"-2 m", -2, 1, 0, 0},
+        {L"2*m", 2, 1, 0, 0}, {L"2 * kN / m", 2000, 0, 1, -2}, {L"1/s", 1, 0, 0, -1},
+        {L"2/kN*m", 0.002, -2, -1, 2},
+        {L"kN", 1000, 1, 1, -2}, {L"kN/m*s", 1000, 0, 1, -3}, {L"kN m", 1000, 2, 1, -2},
+        {L"kN m s", 1000, 2, 1, -1},
+        {L"m2", 1, 2, 0, 0}, {L"m 3", 1, 3, 0, 0}, {L"m2 2", 1, 4, 0, 0}, {L"cm2", 1e-4, 2, 0, 0},
+        {L"m^2", 1, 2, 0, 0}, {L"s^-2", 1, 0, 0, -2}, {L"mm^-2^2", 1e12, -4, 0, 0},
+        {L"m^0", 1, 0, 0, 0}, {L"kN0", 1, 0, 0, 0}, {L"kN^1", 1000, 1, 1, -2},
+        {L"km^3", 1e9, 3, 0, 0}, {L"2.5 MPa", 2.5e6, -1, 1, -2}, {L"kg/m^3", 1, -3, 1, 0},
+        {L"1000*m*kg/s^2", 1000, 1, 1, -2}};
+    // clang-format on
     for (const Case& c : cases) ExpectQuantity(c);
 }
 
@@ -94,40 +79,35 @@ TEST_F(UnitText, UnknownWordsAndCharactersAreRefused) {
 }
 
 TEST_F(UnitText, PrefixesTakeTheFirstMatchThenABaseUnit) {
+    // "m" alone falls back to the base metre, "da" is tried before "d", words match by their
+    // beginning ("mmm" is "mm" then "m", "kNm" is "kN" then "m"), and when no prefix fits the
+    // rest ("min") the base "m" is taken, then "in".
+    // clang-format off
     const Case cases[] = {
-        {L"mm", 0.001, 1, 0, 0},   {L"m", 1, 1, 0, 0},  // "m" alone falls back to the base metre
-        {L"dm", 0.1, 1, 0, 0},     {L"daN", 10, 1, 1, -2},  // "da" is tried before "d"
-        {L"dam", 10, 1, 0, 0},     {L"cm", 0.01, 1, 0, 0},   {L"Mm", 1e6, 1, 0, 0},
-        {L"hPa", 100, -1, 1, -2},  {L"uN", 1e-6, 1, 1, -2},  {L"ms", 0.001, 0, 0, 1},
-        {L"kg", 1, 0, 1, 0},       {L"g", 0.001, 0, 1, 0},   {L"kG", 9.80665, 1, 1, -2},
-        {L"kHz", 1000, 0, 0, -1},  {L"MW", 1e6, 2, 1, -3},   {L"kJ", 1000, 2, 1, -2},
-        {L"ks", 1000, 0, 0, 1},    {L"mmm", 0.001, 2, 0, 0},  // "mm" then "m"
-        {L"kNm", 1000, 2, 1, -2},   // "kN" then "m": words match by their beginning
-        {L"min", 0.0254, 2, 0, 0},  // no prefix fits "in": the base "m", then "in"
-    };
+        {L"mm", 0.001, 1, 0, 0}, {L"m", 1, 1, 0, 0}, {L"dm", 0.1, 1, 0, 0}, {L"daN", 10, 1, 1, -2},
+        {L"dam", 10, 1, 0, 0}, {L"cm", 0.01, 1, 0, 0}, {L"Mm", 1e6, 1, 0, 0},
+        {L"hPa", 100, -1, 1, -2}, {L"uN", 1e-6, 1, 1, -2}, {L"ms", 0.001, 0, 0, 1},
+        {L"kg", 1, 0, 1, 0}, {L"g", 0.001, 0, 1, 0}, {L"kG", 9.80665, 1, 1, -2},
+        {L"kHz", 1000, 0, 0, -1}, {L"MW", 1e6, 2, 1, -3}, {L"kJ", 1000, 2, 1, -2},
+        {L"ks", 1000, 0, 0, 1}, {L"mmm", 0.001, 2, 0, 0}, {L"kNm", 1000, 2, 1, -2},
+        {L"min", 0.0254, 2, 0, 0}};
+    // clang-format on
     for (const Case& c : cases) ExpectQuantity(c);
 }
 
 TEST_F(UnitText, WholeUnitsComeFirstWithTheirKeptRows) {
+    // Kept: "ton" carries a length and "T" is a force. "kip" is found before the prefix "k", and
+    // "kips" is "kip" then "s".
+    // clang-format off
     const Case cases[] = {
-        {L"5 ton", 4535.92511, 1, 0, 0},  // kept: "ton" carries a length
-        {L"T", 9806.65, 1, 1, -2},        // kept: "T" is a force
-        {L"Ton", 8896.446, 1, 1, -2},
-        {L"t", 1000, 0, 1, 0},
-        {L"inch", 0.0254, 1, 0, 0},
-        {L"in", 0.0254, 1, 0, 0},
-        {L"foot", 0.3048, 1, 0, 0},
-        {L"ft-in", 0.3048, 1, 0, 0},
-        {L"ft", 0.3048, 1, 0, 0},
-        {L"kip", 4448.223, 1, 1, -2},   // before the prefix "k"
-        {L"kips", 4448.223, 1, 1, -1},  // "kip" then "s"
-        {L"ksi", 6894759.439518879, -1, 1, -2},
-        {L"lb", 4.448223, 1, 1, -2},
-        {L"psi", 6894.759439518879, -1, 1, -2},
-        {L"yard", 0.9144, 1, 0, 0},
-        {L"lb/ft", 4.448223 / 0.3048, 0, 1, -2},
-        {L"kip*ft", 4448.223 * 0.3048, 2, 1, -2},
-    };
+        {L"5 ton", 4535.92511, 1, 0, 0}, {L"T", 9806.65, 1, 1, -2}, {L"Ton", 8896.446, 1, 1, -2},
+        {L"t", 1000, 0, 1, 0}, {L"inch", 0.0254, 1, 0, 0}, {L"in", 0.0254, 1, 0, 0},
+        {L"foot", 0.3048, 1, 0, 0}, {L"ft-in", 0.3048, 1, 0, 0}, {L"ft", 0.3048, 1, 0, 0},
+        {L"kip", 4448.223, 1, 1, -2}, {L"kips", 4448.223, 1, 1, -1},
+        {L"ksi", 6894759.439518879, -1, 1, -2}, {L"lb", 4.448223, 1, 1, -2},
+        {L"psi", 6894.759439518879, -1, 1, -2}, {L"yard", 0.9144, 1, 0, 0},
+        {L"lb/ft", 4.448223 / 0.3048, 0, 1, -2}, {L"kip*ft", 4448.223 * 0.3048, 2, 1, -2}};
+    // clang-format on
     for (const Case& c : cases) ExpectQuantity(c);
 }
 
@@ -221,17 +201,10 @@ TEST_F(UnitText, RandomTextsNeverBreakTheParser) {
             const int edits = 1 + static_cast<int>(random() % 3);
             for (int e = 0; e < edits && !text.empty(); ++e) {
                 const std::size_t at = random() % text.size();
-                switch (random() % 3) {
-                    case 0:
-                        text.erase(at, 1);
-                        break;
-                    case 1:
-                        text.insert(at, 1, alphabet[random() % alphabet.size()]);
-                        break;
-                    default:
-                        text.resize(at);
-                        break;
-                }
+                const unsigned how = random() % 3;
+                if (how == 0) text.erase(at, 1);
+                if (how == 1) text.insert(at, 1, alphabet[random() % alphabet.size()]);
+                if (how == 2) text.resize(at);
             }
         }
         const VUnit v(text.c_str());

@@ -220,17 +220,15 @@ TEST(ContourText, EveryErrorCodeFromAMinimalText) {
     }
 
     // The edge reader's own codes, and the tokenizer codes only reachable directly.
-    LAContourReader unknownEdge(L"((Q 1 2))");
-    EXPECT_FALSE(unknownEdge.read());
-    EXPECT_EQ(unknownEdge.GetErrorOrigin(), Origin::edge);
-    EXPECT_EQ(unknownEdge.GetError(), LAContourReader::UnknownEdge);
-    LAContourReader noNumber(L"((A 1 2 3 (");
-    EXPECT_FALSE(noNumber.read());
-    EXPECT_EQ(noNumber.GetErrorOrigin(), Origin::edge);
-    EXPECT_EQ(noNumber.GetError(), LAContourReader::NumberExpected);
-    LAContourReader unclosedEdge(L"((L 1 2 3))");
-    EXPECT_FALSE(unclosedEdge.read());
-    EXPECT_EQ(unclosedEdge.GetError(), TokenReader::ClosingBraceExpected);
+    const Case edgeCases[] = {{L"((Q 1 2))", Origin::edge, LAContourReader::UnknownEdge},
+                              {L"((A 1 2 3 (", Origin::edge, LAContourReader::NumberExpected},
+                              {L"((L 1 2 3))", Origin::token, TokenReader::ClosingBraceExpected}};
+    for (const Case& c : edgeCases) {
+        LAContourReader la(c.text);
+        EXPECT_FALSE(la.read());
+        EXPECT_EQ(la.GetErrorOrigin(), c.origin);
+        EXPECT_EQ(la.GetError(), c.code);
+    }
     TokenReader stray(L") ");
     EXPECT_EQ(Thrown([&] { stray.Skip2Closing(); }).code, TokenReader::TooManyClosing);
     EXPECT_EQ(stray.GetError(), 9);

@@ -110,35 +110,32 @@ TEST(Solver2dTest, SplittingAndMiddle) {
 
 TEST(Solver2dTest, RelationCodes) {
     Solver2d s(kEps);
-    const LAContour big = RectContour(0, 0, 10, 10);
-    const LAContour small = RectContour(2, 2, 4, 4);
-    const LAContour edge = RectContour(0, 0, 4, 4);  // inside, along two edges
-    const LAContour apart = RectContour(20, 0, 21, 1);
-    const LAContour corner = RectContour(10, 10, 12, 12);  // touches at one point
-    const LAContour crossing = RectContour(8, 8, 12, 12);
-    const LAContour outsideAlong = RectContour(10, 0, 12, 4);  // shares part of an edge
-    EXPECT_EQ(s.GetRelation(&big, &small), Solver2d::Inside);
-    EXPECT_EQ(s.GetRelation(&big, &edge), Solver2d::Inside);
-    EXPECT_EQ(s.GetRelation(&big, &big), Solver2d::Inside);
-    EXPECT_EQ(s.GetRelation(&small, &big), Solver2d::Encloses);
-    EXPECT_EQ(s.GetRelation(&big, &crossing), Solver2d::Crossing);
-    EXPECT_EQ(s.GetRelation(&big, &apart), Solver2d::Disjoint);
-    EXPECT_EQ(s.GetRelation(&big, &corner), Solver2d::Disjoint);
-    EXPECT_EQ(s.GetRelation(&big, &outsideAlong), Solver2d::PartlyOnBoundary);
-    EXPECT_EQ(s.GetRelation(&big, nullptr), Solver2d::Disjoint);
-    // Arcs: a disc in a square, a square in a disc, and a disc through a square's side.
+    const LAContour big = RectContour(0, 0, 10, 10), small = RectContour(2, 2, 4, 4);
     const LAContour disc = CircleContour({5, 5}, 2);
-    EXPECT_EQ(s.GetRelation(&big, &disc), Solver2d::Inside);
-    EXPECT_EQ(s.GetRelation(&disc, &big), Solver2d::Encloses);
-    const LAContour tangent = CircleContour({5, 2}, 2);  // touches the bottom side
-    EXPECT_EQ(s.GetRelation(&big, &tangent), Solver2d::Inside);
-    const LAContour through = CircleContour({10, 5}, 1);
-    EXPECT_EQ(s.GetRelation(&big, &through), Solver2d::Crossing);
     // A notch: a region outside the first closed off by the first's own edges.
     const LAContour notched =
         Polygon({{0, 0}, {4, 0}, {4, 2}, {2, 1}, {2, 2}, {4, 2}, {4, 4}, {0, 4}});
-    const LAContour notch = Polygon({{2, 2}, {2, 1}, {4, 2}});
-    EXPECT_EQ(s.GetRelation(&notched, &notch), Solver2d::PartlyOnBoundary);
+    const struct {
+        const LAContour &first, second;
+        Solver2d::Relation want;
+    } cases[] = {
+        {big, small, Solver2d::Inside},
+        {big, RectContour(0, 0, 4, 4), Solver2d::Inside},  // along two edges
+        {big, big, Solver2d::Inside},
+        {small, big, Solver2d::Encloses},
+        {big, RectContour(8, 8, 12, 12), Solver2d::Crossing},
+        {big, RectContour(20, 0, 21, 1), Solver2d::Disjoint},
+        {big, RectContour(10, 10, 12, 12), Solver2d::Disjoint},        // touches at one point
+        {big, RectContour(10, 0, 12, 4), Solver2d::PartlyOnBoundary},  // shares part of an edge
+        {big, disc, Solver2d::Inside},
+        {disc, big, Solver2d::Encloses},
+        {big, CircleContour({5, 2}, 2), Solver2d::Inside},  // touches the bottom side
+        {big, CircleContour({10, 5}, 1), Solver2d::Crossing},
+        {notched, Polygon({{2, 2}, {2, 1}, {4, 2}}), Solver2d::PartlyOnBoundary},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(s.GetRelation(&cases[i].first, &cases[i].second), cases[i].want) << i;
+    EXPECT_EQ(s.GetRelation(&big, nullptr), Solver2d::Disjoint);
 }
 
 TEST(Solver2dTest, PointsAndPiecesOnContours) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <random>
@@ -15,6 +16,17 @@ std::vector<Point2> Square(double x0, double y0, double size) {
 
 bool SamePoint(const Point2& p, const Point2& q, double tol = 1e-12) {
     return p.distance(q) <= tol;
+}
+
+// A star-shaped polygon round c with n vertices at radii in [r0, r1).
+std::vector<Point2> Star(std::mt19937& rng, int n, const Point2& c, double r0, double r1) {
+    std::uniform_real_distribution<double> radius(r0, r1), jitter(-0.3, 0.3);
+    std::vector<Point2> v;
+    for (int i = 0; i < n; ++i) {
+        const double a = 2.0 * std::numbers::pi * (i + 0.5 + jitter(rng)) / n;
+        v.push_back(c + Vector2().set2(radius(rng), a));
+    }
+    return v;
 }
 
 TEST(Contour2, SignedAreaIsPositiveButOrientationIsMinusOneForCounterClockwise) {
@@ -103,21 +115,21 @@ TEST(Contour2, PointOnEdgeGrowsTheContourToleranceDeliberately) {
 }
 
 TEST(Contour2, PointInsideAndContainsOnSimpleCases) {
-    Contour2 sq(Square(0, 0, 2), 1e-10);
-    EXPECT_EQ(sq.PointInside({1, 0.7}), 1);
-    EXPECT_EQ(sq.PointInside({2, 1}), 0);  // on an edge
-    EXPECT_EQ(sq.PointInside({3, 1}), 0);
-    EXPECT_EQ(sq.PointOnEdge({2, 1}), 1);
-    EXPECT_TRUE(sq.Contains({2, 1}, false));
-    EXPECT_FALSE(sq.Contains({2, 1}, true));
-    EXPECT_TRUE(sq.Contains({1, 0.7}, true));
-    EXPECT_FALSE(sq.Contains({-1, 0.7}, false));
     // Repeated vertices (zero-length edges) change neither test.
-    Contour2 rep({{0, 0}, {2, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 2}}, 1e-10);
-    EXPECT_TRUE(rep.Contains({1, 0.7}, true));
-    EXPECT_FALSE(rep.Contains({-1, 0.7}, false));
-    EXPECT_FALSE(rep.Contains({1, 2.0000001}, false));
-    EXPECT_EQ(rep.PointInside({1, 0.7}), 1);
+    const Contour2 sq(Square(0, 0, 2), 1e-10),
+        rep({{0, 0}, {2, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 2}}, 1e-10);
+    for (Contour2 c : {sq, rep}) {
+        EXPECT_TRUE(c.Contains({2, 1}, false));
+        EXPECT_FALSE(c.Contains({2, 1}, true));
+        EXPECT_TRUE(c.Contains({1, 0.7}, true));
+        EXPECT_FALSE(c.Contains({-1, 0.7}, false));
+        EXPECT_FALSE(c.Contains({1, 2.0000001}, false));
+        // These may grow the tolerance (see above), so they come last.
+        EXPECT_EQ(c.PointInside({1, 0.7}), 1);
+        EXPECT_EQ(c.PointInside({2, 1}), 0);  // on an edge
+        EXPECT_EQ(c.PointInside({3, 1}), 0);
+        EXPECT_EQ(c.PointOnEdge({2, 1}), 1);
+    }
 }
 
 TEST(Contour2, PointInsideReaimsTheProbeWhenItMeetsAVertex) {
@@ -166,22 +178,11 @@ TEST(Contour2, ContainsSkipsRunsOnItsProbe) {
     EXPECT_FALSE(u.Contains({2.5, 2}, true));
 }
 
-Contour2 RandomStar(std::mt19937& rng, int n, double r0, double r1, const Point2& c) {
-    std::uniform_real_distribution<double> r(r0, r1), jitter(-0.3, 0.3);
-    std::vector<Point2> v;
-    for (int i = 0; i < n; ++i) {
-        const double a = 2.0 * std::numbers::pi * (i + 0.5 + jitter(rng)) / n;
-        const double rad = r(rng);
-        v.push_back({c.x + rad * std::cos(a), c.y + rad * std::sin(a)});
-    }
-    return Contour2(v, 1e-10);
-}
-
 TEST(Contour2, TwoInsideTestsAgreeAwayFromTheBoundary) {
     std::mt19937 rng(3);
     std::uniform_real_distribution<double> u(-2.2, 2.2);
     for (int round = 0; round < 20; ++round) {
-        Contour2 star = RandomStar(rng, 5 + round, 0.5, 2.0, {0, 0});
+        const Contour2 star(Star(rng, 5 + round, Point2(0, 0), 0.5, 2.0), 1e-10);
         for (int i = 0; i < 200; ++i) {
             const Point2 p(u(rng), u(rng));
             Contour2 probe_copy = star;  // keep the tolerance small for the comparison
@@ -320,6 +321,135 @@ TEST(Contour2, AddIntersectionPointsSharesContactVertices) {
     EXPECT_EQ(MATH_AddIntersectionPoints(c, d), 2u);
     EXPECT_EQ(c.Length(), 6);
     EXPECT_EQ(d.Length(), 4);
+}
+
+struct Face {
+    Contour2 outer;
+    Mvector<Contour2> holes;
+    std::vector<Point2> all;  // outer then holes, the index space of the triangles
+};
+
+double TriArea(const Point2& a, const Point2& b, const Point2& c) {
+    return ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x)) / 2.0;
+}
+
+bool ProperCross(const Point2& a, const Point2& b, const Point2& c, const Point2& d) {
+    const double eps = 1e-9;
+    const double d1 = TriArea(a, b, c), d2 = TriArea(a, b, d);
+    const double d3 = TriArea(c, d, a), d4 = TriArea(c, d, b);
+    return ((d1 > eps && d2 < -eps) || (d1 < -eps && d2 > eps)) &&
+           ((d3 > eps && d4 < -eps) || (d3 < -eps && d4 > eps));
+}
+
+// Checks that the triangles tile the face: their areas add up to the face's area, each turns
+// like the outline, none has its centroid outside the face, and no two edges properly cross.
+void ExpectTiling(const Face& f, const Mmatrix<std::size_t>& tris) {
+    double expect = f.outer.Area();
+    for (const Contour2& h : f.holes) expect -= h.Area();
+    const double sign = f.outer.SignedArea() > 0.0 ? 1.0 : -1.0;
+    double sum = 0.0;
+    for (const auto& t : tris) {
+        ASSERT_EQ(t.Count(), 3u);
+        for (std::size_t i : t) ASSERT_LT(i, f.all.size());
+        const Point2 &a = f.all[t[0]], &b = f.all[t[1]], &c = f.all[t[2]];
+        const double area = TriArea(a, b, c);
+        EXPECT_GE(sign * area, -1e-12);
+        sum += std::fabs(area);
+        const Point2 g((a.x + b.x + c.x) / 3.0, (a.y + b.y + c.y) / 3.0);
+        if (std::fabs(area) > 1e-9) {
+            EXPECT_TRUE(f.outer.Contains(g, false));
+            for (const Contour2& h : f.holes) EXPECT_FALSE(h.Contains(g, true));
+        }
+    }
+    EXPECT_NEAR(sum, expect, 1e-9 * std::max(1.0, expect));
+    for (std::size_t i = 0; i < tris.size(); ++i) {
+        for (std::size_t j = i + 1; j < tris.size(); ++j) {
+            for (int e = 0; e < 3; ++e) {
+                for (int k = 0; k < 3; ++k) {
+                    EXPECT_FALSE(ProperCross(f.all[tris[i][e]], f.all[tris[i][(e + 1) % 3]],
+                                             f.all[tris[j][k]], f.all[tris[j][(k + 1) % 3]]))
+                        << "triangles " << i << " and " << j;
+                }
+            }
+        }
+    }
+}
+
+Face MakeFace(std::vector<Point2> outer, std::vector<std::vector<Point2>> holes) {
+    Face f{Contour2(outer, 1e-10), {}, outer};
+    for (auto& h : holes) {
+        f.all.insert(f.all.end(), h.begin(), h.end());
+        f.holes.Add(Contour2(h, 1e-10));
+    }
+    return f;
+}
+
+TEST(Contour2Triangulate, ConcaveClockwiseCollinearRepeatedAndHoles) {
+    using Poly = std::vector<Point2>;
+    const Poly u{{0, 0}, {3, 0}, {3, 3}, {2, 3}, {2, 1}, {1, 1}, {1, 3}, {0, 3}};
+    const Poly runs{{0, 0}, {1, 0}, {2, 0},   {2, 0}, {3, 0}, {3, 1},
+                    {3, 2}, {3, 3}, {1.5, 3}, {0, 3}, {0, 3}, {0, 1.5}};
+    const Poly box{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+    const Poly h1{{1, 1}, {2, 1}, {2, 2}, {1, 2}};
+    const Poly h2{{5, 5}, {5, 7}, {7, 7}, {7, 5}};  // clockwise
+    const Poly h3{{3, 1}, {4, 1}, {4, 1}};          // no area: ignored
+    struct Case {
+        Poly outer;
+        std::vector<Poly> holes;
+        std::size_t count;  // 0: not fixed
+    };
+    const Case cases[] = {
+        {u, {}, 6}, {Poly(u.rbegin(), u.rend()), {}, 6}, {runs, {}, 0}, {box, {h1, h2, h3}, 0}};
+    for (const Case& k : cases) {
+        const Face f = MakeFace(k.outer, k.holes);
+        Mmatrix<std::size_t> tris;
+        ASSERT_TRUE(k.holes.empty() ? f.outer.Triangulate(tris)
+                                    : f.outer.TriangulateWithHoles(f.holes, tris));
+        EXPECT_EQ(tris.Count(), k.count ? k.count : tris.Count());
+        ExpectTiling(f, tris);
+    }
+    Mmatrix<std::size_t> tris;
+    EXPECT_FALSE(Contour2({{0, 0}, {1, 1}, {2, 2}}, 1e-10).Triangulate(tris));
+    EXPECT_TRUE(tris.empty());
+    EXPECT_FALSE(Contour2({{0, 0}, {1, 1}}, 1e-10).Triangulate(tris));
+}
+
+TEST(Contour2Triangulate, RandomStarsWithHolesAreTiledExactly) {
+    std::mt19937 rng(2024);
+    for (int round = 0; round < 40; ++round) {
+        std::vector<Point2> outer = Star(rng, 6 + round % 25, Point2(0, 0), 2.5, 6.0);
+        if (round % 2 == 1) std::reverse(outer.begin(), outer.end());
+        // Holes in the disc of radius 2 (always inside the star), one per quadrant cell.
+        std::vector<std::vector<Point2>> holes;
+        for (int h = 0; h < round % 4; ++h) {
+            const Point2 c(h % 2 == 0 ? -0.7 : 0.7, h < 2 ? -0.7 : 0.7);
+            holes.push_back(Star(rng, 3 + static_cast<int>(rng() % 5), c, 0.2, 0.5));
+            if (rng() % 2) std::reverse(holes.back().begin(), holes.back().end());
+        }
+        const Face f = MakeFace(outer, holes);
+        Mmatrix<std::size_t> tris;
+        ASSERT_TRUE(f.outer.TriangulateWithHoles(f.holes, tris)) << round;
+        ExpectTiling(f, tris);
+    }
+}
+
+TEST(Contour2Triangulate, LargeContourAndMiddlePoint) {
+    std::vector<Point2> comb;  // a comb with 400 teeth: many reflex vertices
+    for (int i = 0; i < 400; ++i) {
+        comb.push_back({i * 1.0, 0});
+        comb.push_back({i + 0.5, 5});
+    }
+    comb.push_back({400, 0});
+    comb.push_back({400, -1});
+    comb.push_back({0, -1});
+    const Face f = MakeFace(comb, {});
+    Mmatrix<std::size_t> tris;
+    ASSERT_TRUE(f.outer.Triangulate(tris));
+    ExpectTiling(f, tris);
+    const auto mid = f.outer.GetMiddleUniquePoint();
+    ASSERT_TRUE(mid.second);
+    EXPECT_TRUE(f.outer.Contains(mid.first, true));
+    EXPECT_FALSE(Contour2({{0, 0}, {1, 0}, {2, 0}}, 1e-10).GetMiddleUniquePoint().second);
 }
 
 }  // namespace
