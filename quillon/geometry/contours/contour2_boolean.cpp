@@ -74,4 +74,16 @@ std::vector<Contour2Region> Contour2Union(const Contour2& a, const Contour2& b) 
     return Combine(a, b, LAS_Solver::Union);
 }
 
+std::vector<Contour2Region> Contour2::Intersection(const Contour2& other) const {
+    return Contour2Intersection(*this, other);
+}
+
+std::vector<Contour2Region> Contour2::Difference(const Contour2& other) const {
+    return Contour2Difference(*this, other);
+}
+
+std::vector<Contour2Region> Contour2::Union(const Contour2& other) const {
+    return Contour2Union(*this, other);
+}
+
 }  // namespace quillon

@@ -15,11 +15,8 @@
 
 namespace quillon {
 
-struct Contour2Region {
-    Contour2 outer;
-    std::vector<Contour2> holes;
-};
-
+// Contour2Region is declared with Contour2; Contour2::Intersection, Difference and Union call
+// these.
 std::vector<Contour2Region> Contour2Intersection(const Contour2& a, const Contour2& b);
 // a minus b.
 std::vector<Contour2Region> Contour2Difference(const Contour2& a, const Contour2& b);

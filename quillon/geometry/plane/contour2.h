@@ -66,6 +66,8 @@ private:
     short lineMode = segment;
 };
 
+struct Contour2Region;
+
 class Contour2 {
 public:
     double tol = 1e-10;
@@ -149,8 +151,23 @@ public:
     // the largest triangle of its triangulation. False when the contour has no interior.
     std::pair<Point2, bool> GetMiddleUniquePoint() const;
 
+    // Boolean operations with another polygon, computed by the contour solver (the library's one
+    // boolean engine): a list of disjoint regions, each an outer polygon (counter-clockwise) with
+    // its holes (clockwise). Defined with the solver, in quillon/geometry/contours/
+    // contour2_boolean.h, which states the tolerance rule; programs that call them link the whole
+    // library.
+    std::vector<Contour2Region> Intersection(const Contour2& other) const;
+    std::vector<Contour2Region> Difference(const Contour2& other) const;  // this minus other
+    std::vector<Contour2Region> Union(const Contour2& other) const;
+
 private:
     std::vector<Point2> pts;
+};
+
+// One region of a polygon boolean: an outer polygon and the holes in it.
+struct Contour2Region {
+    Contour2 outer;
+    std::vector<Contour2> holes;
 };
 
 // Makes the two contours share a vertex wherever their boundaries meet: every contact point of

@@ -29,9 +29,9 @@ Contour2 Square(double x, double y, double side, bool clockwise = false) {
 
 TEST(LasContour2BooleanTest, SquaresAndHoles) {
     const Contour2 a = Square(0, 0, 2), b = Square(1, 1, 2, true);
-    EXPECT_NEAR(Area(Contour2Union(a, b)), 7.0, 1e-12);
-    EXPECT_NEAR(Area(Contour2Intersection(a, b)), 1.0, 1e-12);
-    EXPECT_NEAR(Area(Contour2Difference(a, b)), 3.0, 1e-12);
+    EXPECT_NEAR(Area(a.Union(b)), 7.0, 1e-12);
+    EXPECT_NEAR(Area(a.Intersection(b)), 1.0, 1e-12);
+    EXPECT_NEAR(Area(a.Difference(b)), 3.0, 1e-12);
     const auto ring = Contour2Difference(Square(0, 0, 10), Square(3, 3, 2));
     ASSERT_EQ(ring.size(), 1u);
     EXPECT_EQ(ring[0].outer.Length(), 4);
