@@ -99,6 +99,13 @@ double niceStep(double span) {
     return 10 * p;
 }
 
+// Number of grid lines from `first` to `last` at `step`; a handful in practice, never more than
+// a picture can use.
+int gridLines(double first, double last, double step) {
+    const double n = std::floor((last - first) / step) + 1.0;
+    return n > 0.0 ? static_cast<int>(std::min(n, 200.0)) : 0;
+}
+
 }  // namespace
 
 std::string ComplexContourToSvg(const ProComplexContour& shape, const SvgOptions& options) {
@@ -129,15 +136,20 @@ std::string ComplexContourToSvg(const ProComplexContour& shape, const SvgOptions
     // Grid at a round step in the drawing's unit, over the whole picture.
     const double step = niceStep(std::max(w, h));
     cat(s, {"  <g stroke=\"#dde3ea\" stroke-width=\"", num(stroke / 2), "\">\n"});
+    // Counted loops: far from the origin adding the step may not move a coordinate at all.
     const double gx0 = std::ceil((lb.x - margin) / step) * step;
-    for (double x = gx0; x <= rt.x + margin; x += step) {
-        cat(s, {"    <line x1=\"", num(f.X(x)), "\" y1=\"0\" x2=\"", num(f.X(x)), "\" y2=\"",
-                num(vh), "\"/>\n"});
-    }
     const double gy0 = std::ceil((lb.y - margin) / step) * step;
-    for (double y = gy0; y <= f.maxy + margin; y += step) {
-        cat(s, {"    <line x1=\"0\" y1=\"", num(f.Y(y)), "\" x2=\"", num(vw), "\" y2=\"",
-                num(f.Y(y)), "\"/>\n"});
+    const int nx = gridLines(gx0, rt.x + margin, step);
+    const int ny = gridLines(gy0, f.maxy + margin, step);
+    for (int k = 0; k < nx; ++k) {
+        const double x = f.X(gx0 + k * step);
+        cat(s, {"    <line x1=\"", num(x), "\" y1=\"0\" x2=\"", num(x), "\" y2=\"", num(vh),
+                "\"/>\n"});
+    }
+    for (int k = 0; k < ny; ++k) {
+        const double y = f.Y(gy0 + k * step);
+        cat(s, {"    <line x1=\"0\" y1=\"", num(y), "\" x2=\"", num(vw), "\" y2=\"", num(y),
+                "\"/>\n"});
     }
     s += "  </g>\n";
 
