@@ -33,8 +33,12 @@ SectionFigures CalcSectionFigures(const M_SECT_PROPStr& props, const Rect2& exte
     const double radius = std::hypot(half, f.Ixyc);
     f.I1 = mean + radius;
     f.I2 = mean - radius;
-    // The moment about an axis at angle t is mean + half*cos 2t - Ixyc*sin 2t; its maximum:
-    double t = 0.5 * std::atan2(-f.Ixyc, half);
+    // The moment about an axis at angle t is mean + half*cos 2t - Ixyc*sin 2t; its maximum.
+    // A product moment at the rounding level of the moments is taken as zero, so a symmetric
+    // section reports its axis exactly (+90 degrees, never -90 by the sign of the noise).
+    const double scale = std::fabs(f.Ixc) + std::fabs(f.Iyc);
+    const double product = std::fabs(f.Ixyc) <= 1e-12 * scale ? 0.0 : f.Ixyc;
+    double t = 0.5 * std::atan2(-product, half);
     if (t <= -std::numbers::pi / 2.0) t += std::numbers::pi;
     f.alpha = t;
 

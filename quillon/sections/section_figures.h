@@ -5,8 +5,9 @@
 // coordinates) by the parallel-axis rule, and from the section's extents for the extreme fibre
 // distances. Conventions: Ix is the integral of y*y dA (bending about the x axis), Ixy of x*y dA;
 // the principal angle is the angle, counter-clockwise from +x in (-pi/2, pi/2], of the axis about
-// which the second moment is largest (I1). Figures exist only for a positive net area; for any
-// other section every field is 0 and `valid` is false.
+// which the second moment is largest (I1); a product moment below 1e-12 of the moments counts
+// as zero for it. Figures exist only for a positive net area; for any other section every field
+// is 0 and `valid` is false.
 #pragma once
 
 #include "quillon/geometry/plane/plane_types.h"

@@ -440,3 +440,29 @@ TEST(SectionFigures, NoFiguresWithoutPositiveArea) {
 
 }  // namespace
 }  // namespace quillon
+
+namespace quillon {
+namespace {
+
+// Rounding leaves a symmetric section a product moment of either sign; the major axis of a tall
+// section must still read +90 degrees, as the range (-90, 90] promises.
+TEST(SectionFigures, RoundingNoiseInTheProductMomentDoesNotTurnTheAxis) {
+    const Rect2 box(-1, -1, 1, 1);
+    for (const double noise : {1e-14, -1e-14, 0.0}) {
+        M_SECT_PROPStr p;
+        p.area = 1.0;
+        p.Ix = 1.0;
+        p.Iy = 2.0;
+        p.Ixy = noise;
+        EXPECT_EQ(CalcSectionFigures(p, box).alpha, std::numbers::pi / 2) << noise;
+    }
+    M_SECT_PROPStr real;  // a product moment that matters still turns the axis
+    real.area = 1.0;
+    real.Ix = 1.0;
+    real.Iy = 2.0;
+    real.Ixy = 0.1;
+    EXPECT_LT(CalcSectionFigures(real, box).alpha, std::numbers::pi / 2 - 0.05);
+}
+
+}  // namespace
+}  // namespace quillon
