@@ -74,7 +74,8 @@ public:
     static std::wstring GenUnitFullName(const TypeUnit& type, const std::wstring& a,
                                         const std::wstring& b, const std::wstring& c);
     // Recomputes factors and names of the whole table, composite types included. 0; 1 (nothing
-    // done) without a catalogue.
+    // done) without a catalogue. A composite type whose length factor is 0 keeps its coefficient;
+    // a single type divides regardless (a second unit without a factor gives an infinite one).
     int UpDateUnit();
 
     // --- Conversion and display ---
@@ -101,6 +102,7 @@ public:
     bool lsEqUnit(double a, double b, MUNIT_TYPES id) const;
 
     // --- Decimal separator ---
+    // The locale's decimal separator; empty when it is unknown or longer than 11 characters.
     static std::wstring GetDecimalSep();
     static std::wstring CnvSeparator(const wchar_t* text, SEPARATOR_DEC_UNIT sep);
     static void CnvSeparatorEx(std::wstring& text, SEPARATOR_DEC_UNIT sep);

@@ -262,9 +262,10 @@ bool MUnit::lsUnit(double a, double b, MUNIT_TYPES id) const { return !eqUnit(a,
 bool MUnit::lsEqUnit(double a, double b, MUNIT_TYPES id) const { return eqUnit(a, b, id) || b > a; }
 
 std::wstring MUnit::GetDecimalSep() {
-    // The locale item fits a buffer of 12 characters, terminator included.
+    // The locale item is read into a buffer of 12 characters, terminator included: a longer one
+    // does not fit and reads as none (not as its first characters).
     std::wstring sep = platform::CurrentLocaleTexts().decimal;
-    if (sep.size() > 11) sep.resize(11);
+    if (sep.size() > 11) sep.clear();
     return sep;
 }
 

@@ -123,9 +123,9 @@ void MUnit::UpDataSingleUnit() {
         if (shape.p2 > 0) {
             coefficient *= power(GetCoeffUnit(t.kind2, t.unit2), shape.p2);
         } else if (shape.p2 < 0) {
-            const double divisor = power(GetCoeffUnit(t.kind2, t.unit2), -shape.p2);
-            // A second unit without a factor leaves the old coefficient, as for composite types.
-            coefficient = divisor != 0.0 ? coefficient / divisor : t.coefficient;
+            // Unguarded, unlike the composite types: a loose second unit (accepted, since only the
+            // first one is validated) has factor 0 and makes the coefficient infinite.
+            coefficient /= power(GetCoeffUnit(t.kind2, t.unit2), -shape.p2);
         }
         t.coefficient = coefficient;
         t.fullName = GenUnitFullName(t, shape.a, shape.b, L"");

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <limits>
 #include <numbers>
 
 #include "munit_fixture.h"
@@ -273,6 +274,7 @@ TEST_F(CatalogueTest, AddAndModifyRules) {
 TEST_F(CatalogueTest, CorrectQuantityValidatesOnlyTheFirstUnit) {
     MUnit mu;
     EXPECT_EQ(mu.SetTypeUnit(T(14), 2, L"kN", L"furlong", L"", false), 0);
+    EXPECT_EQ(mu.SetTypeUnit(T(28), 2, L"kN", L"furlong", L"", false), 0);
     EXPECT_EQ(mu.SetTypeUnit(T(15), 2, L"kilonewton", L"m", L"", false), 1);
     EXPECT_EQ(mu.CorrectQuantity(T(33), L, L, L, L"m", L"x", L"y"), M_SUCCESS);
     EXPECT_EQ(mu.CorrectQuantity(T(7), L, N, N, L"M", L"", L""), M_FAILURE);
@@ -282,6 +284,12 @@ TEST_F(CatalogueTest, CorrectQuantityValidatesOnlyTheFirstUnit) {
     ASSERT_EQ(mu.UpDateUnit(), 0);
     EXPECT_EQ(mu.GetTypeUnit(T(14)).coefficient, 0.0);
     EXPECT_EQ(mu.GetTypeUnit(T(14)).fullName, L"kN*furlong");
+    // A single type divides by it unguarded (only composite types keep their old factor): the
+    // force per length becomes infinite, and a value from SI shows as 0.
+    EXPECT_EQ(mu.GetTypeUnit(T(28)).coefficient, std::numeric_limits<double>::infinity());
+    double out = -1.0;
+    EXPECT_EQ(mu.CnvUnitSI(out, T(28), 5.0, BASIC_FROM_SI), 0);
+    EXPECT_EQ(out, 0.0);
 }
 
 TEST_F(CatalogueTest, TypeTwentyCanNeverBeAddedWhileChecking) {

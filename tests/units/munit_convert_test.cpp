@@ -154,6 +154,11 @@ TEST_F(ConvertTest, LocaleSeparatorInTextsAndParsing) {
     EXPECT_EQ(text, L"3<>25");
     MUnit::CnvSeparatorEx(text, SEPARATOR_TO_POINT);
     EXPECT_EQ(text, L"3.25");
+    // The locale item is read into 12 characters: a longer separator is not read at all.
+    SetDecimal(std::wstring(11, L'_'));
+    EXPECT_EQ(MUnit::GetDecimalSep(), std::wstring(11, L'_'));
+    SetDecimal(std::wstring(12, L'_'));
+    EXPECT_EQ(MUnit::GetDecimalSep(), L"");
     // An unknown separator leaves texts alone rather than dropping their points.
     SetDecimal(L"");
     EXPECT_EQ(MUnit::CnvSeparator(L"3.25", SEPARATOR_TO_LOCALE), L"3.25");
