@@ -96,6 +96,49 @@ bool clause::IsWellFormed() const {
     return elements_.empty() || (!expectOperand && depth == 0);
 }
 
+namespace {
+
+// Whether the stack walk of these contents is sound on its own: no null, every closing bracket
+// finds its opening one, no opening bracket is left over to reach the evaluation, every operator
+// finds its operands, and a result is left. Terms side by side are sound: the walk leaves them on
+// the stack and the later one decides. Follows the conversion step by step, counting operands.
+bool StackWalkIsSound(const std::vector<element*>& sequence) {
+    std::size_t operands = 0;
+    std::vector<element::etype> waiting;  // the conversion's operator stack
+    auto apply = [&operands](element::etype t) {
+        if (t != element::binaryOperator && t != element::negation) return false;
+        const std::size_t need = t == element::binaryOperator ? 2 : 1;
+        if (operands < need) return false;
+        operands -= need - 1;
+        return true;
+    };
+    for (const element* item : sequence) {
+        if (item == nullptr) return false;
+        switch (item->type()) {
+            case element::term:
+                ++operands;
+                break;
+            case element::closingBracket:
+                for (; !waiting.empty() && waiting.back() != element::openingBracket;
+                     waiting.pop_back()) {
+                    if (!apply(waiting.back())) return false;
+                }
+                if (waiting.empty()) return false;
+                waiting.pop_back();
+                break;
+            default:
+                waiting.push_back(item->type());
+                break;
+        }
+    }
+    for (; !waiting.empty(); waiting.pop_back()) {
+        if (!apply(waiting.back())) return false;
+    }
+    return operands > 0;
+}
+
+}  // namespace
+
 bool clause::BuildRPN() {
     // Reduced shunting-yard: operators are never compared, so each one waits on the stack until a
     // closing bracket or the end of the clause.
@@ -136,8 +179,9 @@ void clause::initialize() {
 bool clause::evaluate() {
     if (elements_.empty()) return true;
     initialize();
-    // An improper clause (unpaired bracket, operator short of operands, null) answers false.
-    if (!IsWellFormed()) return false;
+    // A clause that would starve the stack (unpaired bracket, operator short of operands, null)
+    // answers false; terms side by side are evaluated as the walk gives them.
+    if (!StackWalkIsSound(elements_)) return false;
 
     std::vector<const clv::expr*> stack;
     std::vector<std::unique_ptr<clv::expr>> temporaries;  // destroyed on every return

@@ -15,10 +15,11 @@
 //   evaluation walks all of it, taking the top of the stack. Terms of earlier contents must
 //   therefore stay alive as long as the clause is evaluated; the result is that of the current
 //   contents.
-// - Ill-formed clauses never crash and evaluate to false: a bracket without its partner in order,
-//   an operator short of operands, two terms side by side, or a null term (IsWellFormed() tells
-//   beforehand). The RPN conversion drops a closing bracket that finds no opening one and shows a
-//   null term as "null" in texts.
+// - Clauses that would starve the stack never crash and evaluate to false: a bracket without its
+//   partner in order, an operator short of operands, or a null term. Terms side by side ("a b",
+//   "a NOT b") are no such fault: the walk leaves both on the stack and the later one decides, as
+//   for any clause; IsWellFormed() still calls them improper, for callers that refuse them. The RPN
+//   conversion drops a closing bracket that finds no opening one and shows a null term as "null".
 #pragma once
 
 #include <string>
