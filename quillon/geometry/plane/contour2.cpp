@@ -223,19 +223,22 @@ short Contour2::SegmentIntersection(const Segment2& s, short& count,
     if (points != nullptr) points->clear();
     const std::size_t n = pts.size();
     short highest = 0;
-    // Edges whose box misses the segment's widened box cannot give a contact; skipping them keeps
-    // the walk cheap without changing which hits are found.
+    // Edges whose box stays more than 2t from the segment's box cannot give a contact (a crossing
+    // point may lie up to t outside each of the two boxes); skipping them keeps the walk cheap
+    // without changing which hits are found. A degenerate segment or edge answers every test, so
+    // it is never skipped.
     const double t = s.tol;
-    const double sx0 = std::min(s.first.x, s.second.x) - t,
-                 sx1 = std::max(s.first.x, s.second.x) + t;
-    const double sy0 = std::min(s.first.y, s.second.y) - t,
-                 sy1 = std::max(s.first.y, s.second.y) + t;
+    const bool s_degenerate = s.first.distance(s.second) <= t;
+    const double sx0 = std::min(s.first.x, s.second.x) - 2.0 * t,
+                 sx1 = std::max(s.first.x, s.second.x) + 2.0 * t;
+    const double sy0 = std::min(s.first.y, s.second.y) - 2.0 * t,
+                 sy1 = std::max(s.first.y, s.second.y) + 2.0 * t;
     for (std::size_t i = 0; i < n; ++i) {
         const Point2& a = pts[i == 0 ? n - 1 : i - 1];
         const Point2& b = pts[i];
-        const bool a_near = a.distance(b) <= t;  // a degenerate edge always answers
-        if (!a_near && (std::max(a.x, b.x) < sx0 || std::min(a.x, b.x) > sx1 ||
-                        std::max(a.y, b.y) < sy0 || std::min(a.y, b.y) > sy1))
+        if (!s_degenerate && a.distance(b) > t &&
+            (std::max(a.x, b.x) < sx0 || std::min(a.x, b.x) > sx1 || std::max(a.y, b.y) < sy0 ||
+             std::min(a.y, b.y) > sy1))
             continue;
         Point2 x;
         const short code = s.SegmentIntersection(Segment2(a, b, t), x);

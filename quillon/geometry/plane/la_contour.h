@@ -74,7 +74,8 @@ public:
     // 135°) treated as a small arc, split into pieces of limit / small_steps; larger arcs are
     // split at 2π / circle_steps. circle_steps is clamped to [4, 360], small_steps to [1, 360].
     // Arcs wider than the contour's reference radius (bounding-box diagonal / 2π) get at least
-    // three pieces at no less than 36 per full turn.
+    // three pieces at no less than 36 per full turn. A large arc is split into at most 100000
+    // pieces, which only a sweep of hundreds of turns reaches.
     void approximate(LAContour& out, int circle_steps, int small_steps, double limit) const;
 };
 

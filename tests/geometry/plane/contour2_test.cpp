@@ -96,6 +96,47 @@ TEST(Contour2, SegmentTestCountsEachCrossingOnce) {
     EXPECT_EQ(count, 0);
 }
 
+// The contour's segment test must answer exactly as the plain walk over every edge.
+TEST(Contour2, SegmentTestMatchesTheWalkOverEveryEdge) {
+    auto walk = [](const Contour2& c, const Segment2& s, short& count) {
+        short highest = 0;
+        count = 0;
+        for (std::size_t i = 0; i < c.Count(); ++i) {
+            const Point2& a = c[i == 0 ? c.Count() - 1 : i - 1];
+            Point2 x;
+            const short code = s.SegmentIntersection(Segment2(a, c[i], s.tol), x);
+            highest = std::max(highest, code);
+            if (code != 0 && !(code == 1 && x.distance(a) <= c.tol)) ++count;
+        }
+        if (highest >= 2) count = 0;
+        return highest;
+    };
+    // A crossing point may lie up to tol beyond both boxes: this edge ends left of the segment's
+    // widened box and still touches it.
+    const Contour2 hook({{-0.11, 0.01}, {-0.3, 0.03}, {-0.3, 5}}, 1e-10);
+    const Segment2 far({0, 0}, {100, 0}, 0.1);
+    short count = 0, expected = 0;
+    EXPECT_EQ(hook.SegmentIntersection(far, count, nullptr), 3);
+    EXPECT_EQ(walk(hook, far, expected), 3);
+    // A degenerate segment answers 1 against every edge, wherever it lies.
+    Contour2 sq(Square(0, 0, 10), 1e-10);
+    EXPECT_EQ(sq.SegmentIntersection(Segment2({5, 5}, {5, 5}), count, nullptr), 1);
+    EXPECT_EQ(count, 4);
+    // So a guest with a repeated vertex is never in another contour.
+    EXPECT_EQ(Contour2({{2, 2}, {4, 2}, {4, 2}, {4, 4}}, 1e-10).InContour(sq), 0);
+
+    std::mt19937 rng(7);
+    std::uniform_real_distribution<double> coord(-1.0, 11.0), tol(0.0, 0.5);
+    for (int trial = 0; trial < 2000; ++trial) {
+        const Contour2 star(Star(rng, 7, {5, 5}, 1.0, 6.0), 1e-10);
+        const Point2 p(coord(rng), coord(rng));
+        const Point2 q = trial % 5 == 0 ? p : Point2(coord(rng), coord(rng));
+        const Segment2 s(p, q, tol(rng));
+        EXPECT_EQ(star.SegmentIntersection(s, count, nullptr), walk(star, s, expected));
+        EXPECT_EQ(count, expected);
+    }
+}
+
 TEST(Contour2, PointOnEdgeGrowsTheContourToleranceDeliberately) {
     Contour2 c(Square(0, 0, 1), 1e-10);
     const double expected[] = {1e-8, 1e-6, 1e-4, 1e-2, 1e-2, 1e-2};
