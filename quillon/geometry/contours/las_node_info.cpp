@@ -84,9 +84,17 @@ double LAS_NodeInfo::GetClockAngle(LAS_Element* e) const {
 }
 
 bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
-    const double ca = GetClockAngle(a);
-    const double cb = GetClockAngle(b);
-    if (std::fabs(ca - cb) > kClockTie) return cb > ca;
+    const Point2 ta = GetElementTangentialPoint(a);
+    const Point2 tb = GetElementTangentialPoint(b);
+    const double ca = GetClockAngle(ta);
+    const double cb = GetClockAngle(tb);
+    // A tie needs the two directions to agree within the tangent construction's noise, and the
+    // tangential points to lie within epsilon of each other's direction: long slender wedges turn
+    // by less than kClockTie and still are two directions.
+    const double gap = std::fabs(ca - cb);
+    if (gap > kClockTie ||
+        gap * std::min(ta.distance(point), tb.distance(point)) > solver->GetSolver2D().GetEpsilon())
+        return cb > ca;
     double ra = 0.0, rb = 0.0;
     int sa = 0, sb = 0;
     a->GetPointInfo(GetElementSecondEnd(a), ra, sa);

@@ -58,7 +58,8 @@ public:
     double GetClockAngle(double a) const;
 
     // True when b follows a in clockwise order round this node. Equal clock angles (within
-    // 1e-11 rad, the noise of the tangent construction) are tangent ties, decided by turning side
+    // 1e-11 rad, the noise of the tangent construction, and with the tangential points no farther
+    // than epsilon from each other's direction) are tangent ties, decided by turning side
     // and radius: after a line comes what does not turn counter-clockwise; after an arc turning
     // counter-clockwise comes a line; of two arcs, one turning clockwise comes after one turning
     // counter-clockwise, two counter-clockwise ones by increasing radius, two clockwise ones by

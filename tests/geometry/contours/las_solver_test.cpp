@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "las_test_support.h"
@@ -166,6 +167,32 @@ TEST(LasSolverTest, TangentTiesOrderByTurningSideAndRadius) {
     e->SetUsed(0);
     EXPECT_EQ(e->IsUsed(0), 1);
     EXPECT_EQ(n->GetNextClockWise(s.GetElement(left2), 1, 0), s.GetElement(right2));
+}
+
+TEST(LasSolverTest, SlenderWedgesKeepTheirClockwiseOrder) {
+    // Two lines leaving the origin 1e-12 rad apart end 1e-8 apart, far more than epsilon: they
+    // are two directions, not a tangent tie, whichever is connected first.
+    for (bool lowerFirst : {false, true}) {
+        SCOPED_TRACE(lowerFirst);
+        LAS_Solver s(1e-10);
+        s.AddLine({0, 0}, {0, 1e4});
+        const Point2 low(-1e4, 0), high(-1e4, 1e-8);
+        s.AddLine({0, 0}, lowerFirst ? low : high);
+        s.AddLine({0, 0}, lowerFirst ? high : low);
+        s.AddLine(low, high);
+        s.AddLine(high, {0, 1e4});
+        const LAS_NodeInfo* n = s.GetNode(0);
+        ASSERT_EQ(n->GetElemCount(), 3);
+        for (int i = 0; i + 1 < 3; ++i)
+            EXPECT_LT(n->GetClockAngle(n->GetElem(i)), n->GetClockAngle(n->GetElem(i + 1)));
+        Found r(s);
+        ASSERT_EQ(r.closed.size(), 2u);
+        std::vector<double> areas;
+        for (const ProClosedContour* c : r.closed) areas.push_back(std::fabs(SignedArea(*c)));
+        std::sort(areas.begin(), areas.end());
+        EXPECT_NEAR(areas[0], 5e-5, 1e-12);
+        EXPECT_NEAR(areas[1], 5e7, 1e-3);
+    }
 }
 
 TEST(LasSolverTest, BooleansOfSquaresDiscsAndRings) {
