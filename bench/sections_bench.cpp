@@ -55,4 +55,3 @@ void BM_CalcPropsManySmallPolygons(benchmark::State& state) {
 
 BENCHMARK(BM_CalcPropsOnePolygon)->Arg(1000000);
 BENCHMARK(BM_CalcPropsManySmallPolygons)->Arg(10000);
-

@@ -281,9 +281,10 @@ namespace {
 // Far from the origin a grid step vanishes against the coordinates; the picture must still end.
 TEST(QuillonProgram, PicturesOfShapesFarFromTheOriginFinish) {
     const auto svg = std::filesystem::temp_directory_path() / "quillon_far.svg";
-    std::istringstream in("line 1e17 0 1e17 1\nline 1e17 1 100000000000000048 1\n"
-                          "line 100000000000000048 1 100000000000000048 0\n"
-                          "line 100000000000000048 0 1e17 0\n");
+    std::istringstream in(
+        "line 1e17 0 1e17 1\nline 1e17 1 100000000000000048 1\n"
+        "line 100000000000000048 1 100000000000000048 0\n"
+        "line 100000000000000048 0 1e17 0\n");
     std::ostringstream out, err;
     EXPECT_EQ(RunQuillon({"solve", "-", "--svg", svg.string()}, in, out, err), kDone) << err.str();
     EXPECT_TRUE(std::filesystem::exists(svg));

@@ -201,7 +201,7 @@ TEST(LAContour, ApproximationStepCounts) {
         {-0.5, 36, 24, -1.0, 12},                         // |limit|; 0.5 / (1 / 24)
         {kPi / 2, 36, 4, 10.0, 2},                        // limit clamped to 135°
         {kPi / 2, 36, 0, 10.0, 1},                        // small_steps raised to 1
-        {1.0, 36, 0, 1.0, 1},                             // ... and not to 2: one piece at the limit
+        {1.0, 36, 0, 1.0, 1},  // ... and not to 2: one piece at the limit
         {-kPi / 2, 36, 6, 2.0, 4},
     };
     for (const Case& k : cases) {
