@@ -1,0 +1,5 @@
+// Space primitives (gathered here as the module grows).
+#pragma once
+
+#include "quillon/geometry/space/space_matrix.h"
+#include "quillon/geometry/space/vector3.h"
