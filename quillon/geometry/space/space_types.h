@@ -6,6 +6,7 @@
 #include "quillon/geometry/space/local3.h"
 #include "quillon/geometry/space/plane3.h"
 #include "quillon/geometry/space/sector3.h"
+#include "quillon/geometry/space/space_archive.h"
 #include "quillon/geometry/space/space_matrix.h"
 #include "quillon/geometry/space/space_relations.h"
 #include "quillon/geometry/space/triangle3.h"
