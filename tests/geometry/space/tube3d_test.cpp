@@ -3,7 +3,6 @@
 #include <cmath>
 #include <map>
 #include <numbers>
-#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -77,10 +76,8 @@ TEST(Tube3D, RandomTubesAreClosedWithTheGivenCounts) {
         // The face order of the last ring: b - n + (j + 1) mod n, b - n + j, b + j, b + (j + 1).
         const std::size_t b = static_cast<std::size_t>((N - 1) * n);
         EXPECT_EQ(t.faces[(N - 1) * n - 1], (Mvector<std::size_t>{b - n, b - 1, b + n - 1, b}));
-        // Caps of their own size are not closed with the rings but are still whole polygons.
-        const Tube other(path, d, n, n + 2);
-        EXPECT_EQ(other.faces.back().size(), static_cast<std::size_t>(n + 2));
-        EXPECT_EQ(other.points.size(), static_cast<std::size_t>(N * n + 2 * (n + 2)));
+        // Caps of their own size are whole polygons of that size.
+        EXPECT_EQ(Tube(path, d, n, n + 2).faces.back().size(), static_cast<std::size_t>(n + 2));
     }
 }
 
