@@ -23,6 +23,7 @@ TEST(Plane3, SideAgreesWithAndWithoutTheCachedRoot) {
         EXPECT_EQ(fresh.side(p), before);
         const double s = pl.signed_distance(p);
         EXPECT_EQ(before, s > 1e-10 ? 1 : (s < -1e-10 ? -1 : 0));
+        EXPECT_NEAR(pl.signed_distance2(p), s * std::fabs(s), 1e-12);
     }
     // Points straddling the 1e-10 band decide the same way in both branches.
     for (double off : {0.9e-10, 1.1e-10, -0.9e-10, -1.1e-10}) {
@@ -132,6 +133,9 @@ TEST(Line3, PlaneCutsAndProjections) {
     l.set(Point3(), Vector3(0, 0, 9e-4));
     EXPECT_EQ(l.state, 0);
     EXPECT_FALSE(l.is_line()) << "shorter than the line's own tolerance";
+    EXPECT_EQ(l.state, -1);
+    EXPECT_FALSE(l.get(nullptr, nullptr));
+    EXPECT_TRUE(slant.get(nullptr, nullptr));
     EXPECT_EQ(l.distance(Point3(1, 1, 1)), 0.0);
     EXPECT_FALSE(l.projection(Point3(1, 1, 1)).second);
 }
@@ -165,6 +169,7 @@ TEST(Sector3, ContainmentDistanceAndMeetingPoints) {
     EXPECT_FALSE(s.contains(Point3(1.9995, 0, 0), 1e-3, true)) << "the end's neighbourhood";
     const Sector3 dot(Point3(1, 1, 1), Point3(1, 1, 1 + 1e-4));
     EXPECT_TRUE(dot.contains(Point3(1, 1.0005, 1), 1e-3, false));
+    EXPECT_TRUE(dot.contains(Point3(1, 1, 1.00102), 1e-3, false)) << "near the end only";
     EXPECT_FALSE(dot.contains(Point3(1, 1, 1), 1e-3, true)) << "too short for an interior";
 
     bool interior = false;

@@ -73,6 +73,9 @@ TEST(LocalPlane, MovesAndCompositions) {
         turned = f;
         turned.rotate(std::sin(a), std::cos(a), Axis3::X);
         ExpectNear(p * turned, (p * f) << Rotate3_X(a));
+        LocalPlane moved = f;
+        moved.translate(Translate3(1, 2, 3));
+        ExpectNear(moved.zero(), f.zero() + Vector3(1, 2, 3));
         LocalPlane aboutAxis = f, aboutZ = f;
         aboutAxis.rotate(a, Vector3(0, 0, 2));
         aboutZ.rotate(Rotate3_Z(a));
@@ -92,6 +95,7 @@ TEST(LocalPlane, MovesAndCompositions) {
     LocalPlane f;
     f <<= undefined;
     EXPECT_FALSE(f.isDefined()) << "a frame carried through an undefined frame is undefined";
+    EXPECT_FALSE(LocalPlane().seterr(Point3()).equal(LocalPlane(), 1.0)) << "flags differ";
     EXPECT_TRUE(f.identity().isDefined());
 }
 
