@@ -1,6 +1,11 @@
 #include "quillon/geometry/space/face3.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
+
+#include "quillon/geometry/plane/contour2.h"
+#include "quillon/geometry/space/local3.h"
 
 namespace quillon {
 
@@ -22,9 +27,9 @@ bool Face3::operator==(const Face3& o) const {
     };
     return loop == o.loop && holes == o.holes && normalLoop == o.normalLoop &&
            normalHoles == o.normalHoles && textureLoop == o.textureLoop &&
-           textureHoles == o.textureHoles && samePoints(texture, o.texture) &&
-           edges == o.edges && material == o.material && normal.x == o.normal.x &&
-           normal.y == o.normal.y && normal.z == o.normal.z;
+           textureHoles == o.textureHoles && samePoints(texture, o.texture) && edges == o.edges &&
+           material == o.material && normal.x == o.normal.x && normal.y == o.normal.y &&
+           normal.z == o.normal.z;
 }
 
 std::size_t Face3::GetAllNodesCnt() const {
@@ -99,6 +104,50 @@ void Face3::GlueHoles() {
         }
     }
     if (merged) edges.clear();
+}
+
+}  // namespace quillon
+
+namespace quillon {
+
+bool TriangulateFaceCorners(const Face3& face, const Mvector<Vertex3d>& vertices, double eps,
+                            Mmatrix<std::size_t>& corners) {
+    corners.clear();
+    const auto valid = [&](const Mvector<std::uint32_t>& l) {
+        return std::all_of(l.begin(), l.end(),
+                           [&](std::uint32_t i) { return i < vertices.size(); });
+    };
+    if (face.loop.size() < 3 || !valid(face.loop)) return false;
+    for (const auto& h : face.holes) {
+        if (!valid(h)) return false;
+    }
+    // The frame: z along the outer loop's area vector (Newell), robust against nearly collinear
+    // first corners.
+    const Point3 o = vertices[face.loop[0]].point;
+    Vector3 area;
+    for (std::size_t i = 0, n = face.loop.size(); i < n; ++i) {
+        area += (vertices[face.loop[i]].point - o) % (vertices[face.loop[(i + 1) % n]].point - o);
+    }
+    const LocalPlane frame(o, area, 0.0);
+    if (!frame.isDefined() || !(area.length() > 0.0)) return false;
+    const auto flat = [&](const Mvector<std::uint32_t>& l) {
+        std::vector<Point2> pts;
+        pts.reserve(l.size());
+        for (const std::uint32_t i : l) {
+            Point3 p = vertices[i].point;
+            p /= frame;
+            pts.push_back(p.pnt_xy());
+        }
+        return pts;
+    };
+    const Contour2 outer(flat(face.loop), eps);
+    Mvector<Contour2> holes;
+    for (const auto& h : face.holes) holes.push_back(Contour2(flat(h), eps));
+    if (!outer.TriangulateWithHoles(holes, corners)) {
+        corners.clear();
+        return false;
+    }
+    return true;
 }
 
 }  // namespace quillon

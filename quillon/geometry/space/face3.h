@@ -119,4 +119,12 @@ public:
     bool operator==(const Face3& o) const;
 };
 
+// The face (outer loop with its holes) as triangles whose rows hold three corner numbers: the
+// outer loop's corners first, then each hole's, counted as one list. The loops are carried into a
+// frame in the face's plane (origin the first vertex, z along the outer loop's area vector) and
+// triangulated there as plane polygons with tolerance eps; each triangle turns as the outer loop
+// does. False (and no rows) when a loop index lies outside `vertices` or the face has no area.
+bool TriangulateFaceCorners(const Face3& face, const Mvector<Vertex3d>& vertices, double eps,
+                            Mmatrix<std::size_t>& corners);
+
 }  // namespace quillon

@@ -364,9 +364,8 @@ bool Solid3::Merge(const Solid3& other) {
         const auto same = std::find_if(materials.begin(), materials.end(), [&](const Material3& m) {
             return m.name == other.materials[i].name;
         });
-        materialOf[i] = same != materials.end()
-                            ? static_cast<int>(same - materials.begin())
-                            : static_cast<int>(AddMaterial(other.materials[i]));
+        materialOf[i] = same != materials.end() ? static_cast<int>(same - materials.begin())
+                                                : static_cast<int>(AddMaterial(other.materials[i]));
     }
     constexpr std::uint32_t kUnset = 0xFFFFFFFFu;
     std::vector<std::uint32_t> normalOf(nn, kUnset);
@@ -389,6 +388,24 @@ bool Solid3::Merge(const Solid3& other) {
         if (g.material >= 0) g.material = materialOf[static_cast<std::size_t>(g.material)];
         g.edges.clear();
         faces.Add(std::move(g));
+    }
+    return true;
+}
+
+}  // namespace quillon
+
+namespace quillon {
+
+bool Solid3::TriangulateFace(std::size_t face, Mmatrix<std::size_t>& triangles) const {
+    triangles.clear();
+    if (face >= faces.size()) return false;
+    const Face3& f = faces[face];
+    if (!TriangulateFaceCorners(f, vertices, eps, triangles)) return false;
+    // Corner numbers to vertex indices: the outer loop's corners, then each hole's.
+    std::vector<std::uint32_t> cornerVertex(f.loop.begin(), f.loop.end());
+    for (const auto& h : f.holes) cornerVertex.insert(cornerVertex.end(), h.begin(), h.end());
+    for (auto& row : triangles) {
+        for (auto& c : row) c = cornerVertex[c];
     }
     return true;
 }

@@ -108,10 +108,9 @@ public:
     // edge kept in the direction first met), and fills every face's edge list.
     void GenerateEdges();
     // The face (with its holes) as triangles: rows of three vertex indices, each triangle turning
-    // as the outer loop does, covering the face exactly. The loops are carried into the face's
-    // frame (the frame of GetNormal) and triangulated there as plane polygons. False (and no
-    // rows) for a face index out of range, a loop index out of the vertex list, or a face with
-    // no area.
+    // as the outer loop does, covering the face exactly (TriangulateFaceCorners, with eps). False
+    // (and no rows) for a face index out of range, a loop index out of the vertex list, or a face
+    // with no area.
     bool TriangulateFace(std::size_t face, Mmatrix<std::size_t>& triangles) const;
 
     // A prism from a base ring of k points followed by a top ring of k points in matching order:
