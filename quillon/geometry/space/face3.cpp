@@ -1,11 +1,13 @@
 #include "quillon/geometry/space/face3.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
 #include "quillon/geometry/plane/contour2.h"
 #include "quillon/geometry/space/local3.h"
+#include "quillon/geometry/space/space_relations.h"
 
 namespace quillon {
 
@@ -47,6 +49,38 @@ void Face3::OffsetInd(std::uint32_t k) {
 }
 
 void Face3::Reset() { *this = Face3(); }
+
+const Vector3& Face3::GetNormal(const Mvector<Vertex3d>& vertices, double eps) {
+    if (std::fabs(normal.length() - 1.0) <= eps) return normal;
+    normal.zero();
+    const std::size_t n = loop.size();
+    if (n < 3) return normal;
+    if (std::any_of(loop.begin(), loop.end(),
+                    [&](std::uint32_t i) { return i >= vertices.size(); }))
+        return normal;
+    const Point3& a = vertices[loop[0]].point;
+    std::size_t ib = 1;
+    while (ib < n && !(vertices[loop[ib]].point.distance(a) >= eps)) ++ib;
+    if (ib >= n) return normal;
+    const Point3& b = vertices[loop[ib]].point;
+    std::size_t ic = ib + 1;
+    while (ic < n && Collinear(a, b, vertices[loop[ic]].point, eps)) ++ic;
+    if (ic >= n) return normal;
+    const LocalPlane frame(a, b, vertices[loop[ic]].point);
+    if (!frame.isDefined()) return normal;
+    std::vector<Point2> flat;
+    flat.reserve(n);
+    for (const std::uint32_t i : loop) {
+        Point3 p = vertices[i].point;
+        p /= frame;
+        flat.push_back(p.pnt_xy());
+    }
+    // Kept the reverse of PolyNormal's rule: clockwise loops (a closed solid seen from outside)
+    // get the frame's z, so the normal points out of the solid.
+    normal = frame.get_dir_z();
+    if (Contour2(std::move(flat), eps).Orientation() < 0) normal = -normal;
+    return normal;
+}
 
 namespace {
 
