@@ -57,7 +57,8 @@ TEST(Solid3, GetVertexIndLastAddedWithinEpsWinsAsTheBackwardScan) {
             for (std::size_t j = n.size(); j-- > 0 && last == n.size();) {
                 if ((n[j].vec - p.vec()).length() < eps) last = j;
             }
-            ASSERT_EQ(solid.AddNormal(p.vec(), i % 5 != 0), i % 5 ? last : n.size());
+            const std::size_t wantNormal = i % 5 ? last : n.size();
+            ASSERT_EQ(solid.AddNormal(p.vec(), i % 5 != 0), wantNormal);
             if (i % 97 == 0) solid.AddVertex(point());
             if (i % 151 == 0)
                 solid.Vertex()[static_cast<std::size_t>(i) % v.size()].point = point();
