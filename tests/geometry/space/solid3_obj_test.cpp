@@ -102,7 +102,7 @@ TEST_F(Solid3Obj, WritesTheExactTextsAndOrders) {
     EXPECT_NE(plain.find("v 0.000000 0.000000 -1.500000\n"), std::string::npos) << comma;
 
     // Inconsistent solids and unwritable places give 0 and leave no file.
-    s.Face()[0].material = 7;
+    s.Face()[0].material = 0;  // one past the (now empty) material list
     EXPECT_EQ(s.SavetoObj(dir / "bad.obj"), 0);
     EXPECT_FALSE(fs::exists(dir / "bad.obj"));
     s.Face()[0].material = -1;
@@ -149,10 +149,16 @@ TEST_F(Solid3Obj, HoledFacesTravelAsTrianglesOfAClosedSolid) {
     const Mvector<Point3> base{{0, 0, 0}, {4, 0, 0}, {4, 3, 0}, {0, 3, 0}};
     const Mmatrix<Point3> holes{{{1, 1, 0}, {2, 1, 0}, {2, 2, 0}, {1, 2, 0}}};
     ASSERT_TRUE(s.GenCuboid(base, Vector3(0, 0, 2), holes));
+    // Normal loops that do not have the holes' shape are not written.
+    Face3& cap = s.Face()[s.Face().size() - 2];
+    cap.normalLoop.assign(cap.loop.size(),
+                          static_cast<std::uint32_t>(s.AddNormal(Vector3(), false)));
+    cap.normalHoles = {Loop{0}};
     // A wide name beyond ASCII reaches the file system as UTF-8.
     const std::wstring wide = dir.wstring() + L"/holed \u00e9.obj";
     ASSERT_EQ(s.SavetoObj(wide.c_str()), 1);
     EXPECT_TRUE(fs::exists(dir / fs::path(u8"holed \u00e9.obj")));
+    EXPECT_EQ(Read(dir / fs::path(u8"holed \u00e9.obj")).find("//"), std::string::npos);
     Solid3 back;
     ASSERT_EQ(back.ImportFromObj(wide.c_str()), 1);
     EXPECT_EQ(back.Vertex().size(), s.Vertex().size());
@@ -163,12 +169,13 @@ TEST_F(Solid3Obj, HoledFacesTravelAsTrianglesOfAClosedSolid) {
 }
 
 TEST_F(Solid3Obj, ReadsWhatRealFilesHold) {
+    Write("lib2.mtl", "newmtl extra\n");
     Write("lib one.mtl",
           "# library\nnewmtl steel\r\nKa 0.1 0.2 0.3\nKd 0.5\nKs 0 0 0\nTr 0.25\nillum 2\n"
           "Ns 10\nmap_Kd steel.png\nnewmtl glass\nd -halo 0.5\nKa spectral x.rfl\n");
     const fs::path obj = Write("in.obj",
                                "\xEF\xBB\xBF# a file as tools write them\r\n"
-                               "mtllib lib one.mtl\r\n"
+                               "mtllib lib one.mtl\r\nmtllib absent.mtl lib2.mtl\n"
                                "o block \r\n"
                                "v 0 0 0\nv 1 0 0 1\nv 1 1 0 0.5 0.5 0.5\nv 0 1 0\n\n"
                                "vt 0 0\nvt 1\nvt 1 1 0\n"
@@ -194,16 +201,17 @@ TEST_F(Solid3Obj, ReadsWhatRealFilesHold) {
     EXPECT_EQ(s.Face()[1].normalLoop, (Loop{0, 0, 0}));
     EXPECT_EQ(s.Face()[2].textureLoop, (Loop{0, 1, 2}));
     EXPECT_TRUE(s.Face()[2].normalLoop.empty());
-    ASSERT_EQ(s.Material().size(), 3u);
+    ASSERT_EQ(s.Material().size(), 4u);
     EXPECT_EQ(s.Material()[0].name, L"steel");
     EXPECT_EQ(s.Material()[0].ambient.y, 0.2);
     EXPECT_EQ(s.Material()[0].diffuse.z, 0.5);
     EXPECT_EQ(s.Material()[0].opacity, 0.75);
     EXPECT_EQ(s.Material()[0].illum, 2);
     EXPECT_EQ(s.Material()[1].opacity, 0.5);
-    EXPECT_EQ(s.Material()[2].name, L"paint");
+    EXPECT_EQ(s.Material()[2].name, L"extra");
+    EXPECT_EQ(s.Material()[3].name, L"paint");
     EXPECT_EQ(s.Face()[0].material, 0);
-    EXPECT_EQ(s.Face()[2].material, 2);
+    EXPECT_EQ(s.Face()[2].material, 3);
     EXPECT_EQ(s.Face()[3].material, 1);
     EXPECT_FALSE(s.GetClosed());
     EXPECT_EQ(s.Edge().size(), 5u);
