@@ -75,7 +75,13 @@ TEST(Solid3, ShiftByIsometryMovesVerticesAndLeavesNormalsUntouched) {
     s.AddFace(Face3(Loop{0, 1, 0}));
     s.Face()[0].normal = Vector3(0, 0, 1);
     const Isometry3 iso(Rotate3(Rotate3_Z(std::numbers::pi / 2)), Translate3(0, 0, 5));
+    // As an item: a clone owned by the caller, moved through the base.
+    const std::unique_ptr<GeometricItem3> item(s.Clone());
+    EXPECT_EQ(item->GetTypeID(), GeometricItem3::SOLID3);
+    EXPECT_EQ(&s.GetSolid(), &s);
+    *item <<= iso;
     s <<= iso;
+    EXPECT_EQ(item->GetSolid(), s);
     EXPECT_NEAR(s.Vertex()[0].point.x, 0.0, 1e-15);
     EXPECT_NEAR(s.Vertex()[0].point.y, 1.0, 1e-15);
     EXPECT_NEAR(s.Vertex()[1].point.x, -2.0, 1e-15);
