@@ -4,7 +4,7 @@
 #include <memory>
 #include <unordered_set>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
 
 namespace quillon {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
 
 namespace quillon {
 

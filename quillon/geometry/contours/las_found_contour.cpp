@@ -5,7 +5,8 @@
 #include <new>
 #include <numbers>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
+#include "quillon/geometry/contours/las_pro_closed_contour.h"
 
 namespace quillon {
 

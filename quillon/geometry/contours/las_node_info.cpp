@@ -4,7 +4,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
+#include "quillon/geometry/contours/las_found_contour.h"
 
 namespace quillon {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
 
 namespace quillon {
 
