@@ -11,9 +11,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include "quillon/geometry/contours/las_box_grid.h"
 #include "quillon/geometry/contours/las_contour.h"
 #include "quillon/geometry/contours/las_element.h"
-#include "quillon/geometry/contours/las_geometry.h"
 #include "quillon/geometry/contours/las_node_info.h"
 #include "quillon/geometry/contours/pro_contour.h"
 #include "quillon/geometry/contours/solver2d.h"
@@ -204,23 +204,17 @@ private:
     double cellSize = 1.0;
     std::unordered_map<std::uint64_t, std::vector<int>, CellHash> nodeCells;
     std::unordered_map<std::uint64_t, std::vector<LAS_Element*>, CellHash> elementsByEnds;
-    las_detail::BoxGrid elementGrid;
+    las_index::BoxGrid elementGrid;
     std::vector<LAS_Element*> gridIds;  // element by grid id (null once deleted)
-    std::unordered_map<const LAS_Element*, int> gridIdOf;
     std::uint64_t serialCounter = 0;
     std::uint64_t walkCounter = 0;
     std::uint64_t splitBudget = 0;
 
     // Input contours prepared once for the many relation tests of SetBaseContourState.
-    struct Prepared {
-        las_detail::Box box;
-        std::unique_ptr<las_detail::CurveSet> set;
-    };
-    mutable std::unordered_map<const LAContour*, Prepared> prepared;
+    mutable std::unordered_map<const LAContour*, Solver2d::PreparedContour> prepared;
     mutable bool keepPrepared = false;
-    // Whether the contour given by its curves and box lies inside `outer` (relation 0).
-    bool Inside(const LAContour* outer, const std::vector<las_detail::Curve>& inner,
-                const las_detail::Box& innerBox) const;
+    // Whether the prepared contour lies inside `outer` (relation 0).
+    bool Inside(const LAContour* outer, const Solver2d::PreparedContour& inner) const;
 
     std::uint64_t CellKey(const Point2& p, int dx, int dy) const;
     static std::uint64_t EndsKey(int a, int b);

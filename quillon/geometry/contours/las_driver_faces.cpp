@@ -54,38 +54,26 @@ void LAS_Solver::FindContours(const std::vector<LAContour*>& input, ProContourFa
 
 // ---- Boolean operations -----------------------------------------------------------------------
 
-bool LAS_Solver::Inside(const LAContour* outer, const std::vector<las_detail::Curve>& inner,
-                        const las_detail::Box& innerBox) const {
-    if (outer == nullptr || inner.empty()) return false;
-    const double eps = solver2d.GetEpsilon();
-    Prepared local;
-    Prepared* p = &local;
+bool LAS_Solver::Inside(const LAContour* outer, const Solver2d::PreparedContour& inner) const {
+    if (outer == nullptr || inner.Empty()) return false;
+    Solver2d::PreparedContour local;
+    Solver2d::PreparedContour* p = &local;
     if (keepPrepared) p = &prepared[outer];
-    if (!p->set) {
-        p->set = std::make_unique<las_detail::CurveSet>(las_detail::CurvesOf(*outer), eps);
-        p->box = p->set->Bounds();
-    }
-    // Inside needs every point of the inner contour in the outer's closed region.
-    const las_detail::Box& ob = p->box;
-    if (p->set->Curves().empty() || innerBox.x0 < ob.x0 || innerBox.x1 > ob.x1 ||
-        innerBox.y0 < ob.y0 || innerBox.y1 > ob.y1)
-        return false;
-    return las_detail::Relate(*p->set, inner, eps) == Solver2d::Inside;
+    if (p->Empty()) *p = solver2d.Prepare(*outer);
+    return solver2d.IsInside(*p, inner);
 }
 
 int LAS_Solver::IsContourInComplexContour(const LAContour* l, const ProComplexContour* c) const {
     if (c == nullptr || l == nullptr) return 0;
-    const std::vector<las_detail::Curve> inner = las_detail::CurvesOf(*l);
-    las_detail::Box box;
-    for (const las_detail::Curve& k : inner) box.Add(las_detail::CurveBox(k));
+    const Solver2d::PreparedContour inner = solver2d.Prepare(*l);
     for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
         const ProSolidContour* s = c->SolidChild(i);
         if (s == nullptr) continue;
         for (unsigned long j = 0; j < s->ChildrenCount(); ++j) {
             const auto* hole = dynamic_cast<const ProEmptyContour*>(s->ClosedChild(j));
-            if (hole != nullptr && Inside(hole, inner, box)) return 0;
+            if (hole != nullptr && Inside(hole, inner)) return 0;
         }
-        if (Inside(s, inner, box)) return 1;
+        if (Inside(s, inner)) return 1;
     }
     return 0;
 }
@@ -243,63 +231,7 @@ ProComplexContour* LAS_Solver::ComplexContourFromContours(std::vector<ProClosedC
 
 int LAS_Solver::GetSectorsInContour(const ProComplexContour* c, const Sector2& s,
                                     std::vector<Sector2>& out) {
-    out.clear();
-    if (c == nullptr) return 0;
-    const double eps = solver2d.GetEpsilon();
-    const las_detail::Curve k = las_detail::Curve::Line(s.get_beg(), s.get_end());
-    if (k.a.distance(k.b) <= eps) return 0;
-    struct Region {
-        std::unique_ptr<las_detail::CurveSet> outline;
-        std::vector<std::unique_ptr<las_detail::CurveSet>> holes;
-    };
-    std::vector<Region> regions;
-    std::vector<double> params, ps;
-    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
-        const ProSolidContour* solid = c->SolidChild(i);
-        if (solid == nullptr) continue;
-        Region r;
-        r.outline = std::make_unique<las_detail::CurveSet>(las_detail::CurvesOf(*solid), eps);
-        for (unsigned long j = 0; j < solid->ChildrenCount(); ++j)
-            r.holes.push_back(std::make_unique<las_detail::CurveSet>(
-                las_detail::CurvesOf(*solid->ClosedChild(j)), eps));
-        r.outline->SplitParams(k, ps);
-        params.insert(params.end(), ps.begin(), ps.end());
-        for (auto& h : r.holes) {
-            h->SplitParams(k, ps);
-            params.insert(params.end(), ps.begin(), ps.end());
-        }
-        regions.push_back(std::move(r));
-    }
-    std::sort(params.begin(), params.end());
-    params.insert(params.begin(), 0.0);
-    params.push_back(1.0);
-    const auto inside = [&](const Point2& p) {
-        for (Region& r : regions) {
-            if (!r.outline->OnBoundary(p) && r.outline->Winding(p) == 0) continue;
-            bool inHole = false;
-            for (auto& h : r.holes)
-                if (!h->OnBoundary(p) && h->Winding(p) != 0) inHole = true;
-            if (!inHole) return true;
-        }
-        return false;
-    };
-    bool open = false;
-    Point2 from;
-    for (std::size_t i = 0; i + 1 < params.size(); ++i) {
-        const Point2 a = las_detail::CurvePoint(k, params[i]);
-        const Point2 b = las_detail::CurvePoint(k, params[i + 1]);
-        if (a.distance(b) <= eps) continue;
-        const bool in = inside(las_detail::CurvePoint(k, (params[i] + params[i + 1]) / 2.0));
-        if (in && !open) {
-            open = true;
-            from = a;
-        } else if (!in && open) {
-            open = false;
-            out.emplace_back(from, a);
-        }
-    }
-    if (open) out.emplace_back(from, k.b);
-    return static_cast<int>(out.size());
+    return solver2d.GetSectorsInContour(c, s, out);
 }
 
 }  // namespace quillon

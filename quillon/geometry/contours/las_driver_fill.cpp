@@ -5,13 +5,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
+
+#include "quillon/geometry/plane/angles.h"
 
 namespace quillon {
 
 namespace {
-
-constexpr double kTwoPi = 2.0 * std::numbers::pi;
 
 bool Finite(const Point2& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
@@ -155,7 +154,7 @@ void LAS_Solver::RebuildIndexes() {
 
 void LAS_Solver::EnsureElementGrid() {
     if (elementGrid.Valid()) return;
-    las_detail::Box extent;
+    las_index::Box extent;
     for (const auto& e : elements) extent.Add(e->box);
     double size = 0.0;
     for (const auto& e : elements) size += (e->box.x1 - e->box.x0) + (e->box.y1 - e->box.y0);
@@ -184,10 +183,7 @@ int LAS_Solver::AddPoint(const Point2& p) {
 int LAS_Solver::Enlist(std::unique_ptr<LAS_Element> e) {
     LAS_Element* raw = e.get();
     raw->serial = ++serialCounter;
-    las_detail::Box b = las_detail::CurveBox(raw->GetCurve());
-    const double scale =
-        std::max({std::fabs(b.x0), std::fabs(b.x1), std::fabs(b.y0), std::fabs(b.y1), 1.0});
-    raw->box = b.Grown(2.0 * solver2d.GetEpsilon() + 1e-12 * scale);
+    raw->box = solver2d.ContactBox(raw->GetCurve());
     GetNode(raw->GetBegin())->ConnectElement(raw);
     GetNode(raw->GetEnd())->ConnectElement(raw);
     elements.push_back(std::move(e));
@@ -213,9 +209,9 @@ int LAS_Solver::AddLine(const Sector2& s) { return AddLine(s.get_beg(), s.get_en
 
 int LAS_Solver::AddArc(const Point2& begin, const Point2& end, const Point2& centre, double sweep) {
     if (!std::isfinite(sweep) || sweep == 0.0) return -1;
-    const double turn = std::fabs(std::fabs(sweep) - kTwoPi);
-    if (std::fabs(sweep) > kTwoPi && turn > solver2d.GetEpsilon()) return -1;  // beyond a turn
-    if (turn <= solver2d.GetEpsilon()) {
+    const bool fullTurn = solver2d.IsFullTurn(sweep);
+    if (std::fabs(sweep) > kTwoPi && !fullTurn) return -1;  // beyond a turn
+    if (fullTurn) {
         const double h = sweep / 2.0;
         const double s = std::sin(h), c = std::cos(h);
         const Vector2 r = begin - centre;

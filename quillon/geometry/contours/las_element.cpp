@@ -44,8 +44,14 @@ int LAS_Element::IsUsed(int nodeIndex) const {
     return 0;
 }
 
-las_detail::Curve LAS_Element::GetCurve() const {
-    return las_detail::Curve::Line(GetBeginPoint(), GetEndPoint());
+SolverCurve LAS_Element::GetCurve() const {
+    return SolverCurve::Line(GetBeginPoint(), GetEndPoint());
+}
+
+int LAS_Element::CrossCurves(const LAS_Element* other, std::vector<Point2>& points) const {
+    points.clear();
+    if (other == nullptr) return 0;
+    return solver->GetSolver2D().FindCrossPoints(GetCurve(), other->GetCurve(), points);
 }
 
 // ---- LAS_Line ---------------------------------------------------------------------------------
@@ -68,11 +74,7 @@ Point2 LAS_Line::GetPointInfo(int otherEndIndex, double& radius, int& side) {
 }
 
 int LAS_Line::Cross(LAS_Element* other, std::vector<Point2>& points, int) {
-    points.clear();
-    if (other == nullptr) return 0;
-    las_detail::CrossCurves(GetCurve(), other->GetCurve(), solver->GetSolver2D().GetEpsilon(),
-                            points);
-    return static_cast<int>(points.size());
+    return CrossCurves(other, points);
 }
 
 int LAS_Line::Split(const Point2& p, Sector2& a, Sector2& b) const {
@@ -162,11 +164,7 @@ Point2 LAS_Arc::GetPointInfo(int otherEndIndex, double& radius, int& side) {
 }
 
 int LAS_Arc::Cross(LAS_Element* other, std::vector<Point2>& points, int) {
-    points.clear();
-    if (other == nullptr) return 0;
-    las_detail::CrossCurves(GetCurve(), other->GetCurve(), solver->GetSolver2D().GetEpsilon(),
-                            points);
-    return static_cast<int>(points.size());
+    return CrossCurves(other, points);
 }
 
 int LAS_Arc::Split(const Point2& p, Arc2& a, Arc2& b) const {
@@ -179,8 +177,8 @@ int LAS_Arc::Split(const Point2& p, Arc2& a, Arc2& b) const {
     return 1;
 }
 
-las_detail::Curve LAS_Arc::GetCurve() const {
-    return las_detail::Curve::Arc(GetBeginPoint(), GetEndPoint(), GetCenterPoint(), sweep);
+SolverCurve LAS_Arc::GetCurve() const {
+    return SolverCurve::Arc(GetBeginPoint(), GetEndPoint(), GetCenterPoint(), sweep);
 }
 
 }  // namespace quillon

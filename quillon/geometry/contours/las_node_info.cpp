@@ -2,23 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "quillon/geometry/contours/las_driver.h"
 #include "quillon/geometry/contours/las_found_contour.h"
+#include "quillon/geometry/plane/angles.h"
 
 namespace quillon {
-
-namespace {
-
-constexpr double kPi = std::numbers::pi;
-constexpr double kTwoPi = 2.0 * std::numbers::pi;
-// Clock angles closer than this are one tangent: the tangent construction of arcs carries
-// rounding noise far below it, while distinct directions of elements longer than epsilon differ
-// by far more.
-constexpr double kClockTie = 1e-11;
-
-}  // namespace
 
 LAS_NodeInfo::LAS_NodeInfo(const Point2& p, LAS_Solver* owner) : point(p), solver(owner) {
     elements.reserve(10);
@@ -89,12 +78,8 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     const Point2 tb = GetElementTangentialPoint(b);
     const double ca = GetClockAngle(ta);
     const double cb = GetClockAngle(tb);
-    // A tie needs the two directions to agree within the tangent construction's noise, and the
-    // tangential points to lie within epsilon of each other's direction: long slender wedges turn
-    // by less than kClockTie and still are two directions.
-    const double gap = std::fabs(ca - cb);
-    if (gap > kClockTie ||
-        gap * std::min(ta.distance(point), tb.distance(point)) > solver->GetSolver2D().GetEpsilon())
+    if (!solver->GetSolver2D().IsSameDirection(ca, cb,
+                                               std::min(ta.distance(point), tb.distance(point))))
         return cb > ca;
     double ra = 0.0, rb = 0.0;
     int sa = 0, sb = 0;

@@ -88,11 +88,12 @@ inline int DistinctVertices(const LAContour& c, double eps = 1e-9) {
 
 // Whether two edges of one contour meet anywhere but at the ends they share.
 inline bool SelfCrossing(const LAContour& c, double eps) {
-    const auto curves = las_detail::CurvesOf(c);
+    const Solver2d rel(eps);
+    const auto curves = Solver2d::CurvesOf(c);
     std::vector<Point2> pts;
     for (std::size_t i = 0; i < curves.size(); ++i)
         for (std::size_t j = i + 1; j < curves.size(); ++j) {
-            las_detail::CrossCurves(curves[i], curves[j], eps, pts);
+            rel.FindCrossPoints(curves[i], curves[j], pts);
             for (const Point2& p : pts) {
                 const bool endI = p.distance(curves[i].a) <= eps || p.distance(curves[i].b) <= eps;
                 const bool endJ = p.distance(curves[j].a) <= eps || p.distance(curves[j].b) <= eps;
