@@ -117,6 +117,25 @@ TEST(QuillonProgram, UsageErrorsAndHelp) {
     EXPECT_EQ(run({"bool", "xor", "a", "b"}).code, kUsage);
     EXPECT_EQ(run({"bool", "union", "a"}).code, kUsage);
     EXPECT_EQ(run({"unit"}).code, kUsage);
+    EXPECT_EQ(run({"solve", "--svg=x.svg", "--eps=-1"}).code, kUsage);
+    const Outcome version = run({"--version"});
+    EXPECT_EQ(version.code, kDone);
+    EXPECT_EQ(version.out.compare(0, 8, "quillon "), 0);
+}
+
+// Options take their value after "=" as well; an output that cannot be written is exit code 3.
+TEST(QuillonProgram, OptionsWithEqualsAndUnwritableOutput) {
+    const std::string square = "(((S((L 0 0)(L 1 0)(L 1 1)(L 0 1))())))";
+    const Outcome eps = run({"bool", "union", "--eps=0.1", square, square});
+    ASSERT_EQ(eps.code, kDone) << eps.err;
+    EXPECT_NEAR(areaOf(eps.out), 1.0, 1e-9);
+    const auto file = std::filesystem::temp_directory_path() / "quillon_not_a_folder";
+    std::ofstream(file) << "x";
+    const Outcome unwritable =
+        run({"bool", "union", square, square, "--svg", (file / "picture.svg").string()});
+    EXPECT_EQ(unwritable.code, kCannotWrite);
+    EXPECT_NE(unwritable.err.find("cannot write"), std::string::npos) << unwritable.err;
+    std::filesystem::remove(file);
 }
 
 TEST(QuillonProgram, UnitTextsGiveTheirSiValueExponentsAndQuantity) {
@@ -129,7 +148,7 @@ TEST(QuillonProgram, UnitTextsGiveTheirSiValueExponentsAndQuantity) {
     EXPECT_NE(r.out.find("exponents m^0 kg^0 s^-1; frequency"), std::string::npos);
     const Outcome bad = run({"unit", "3 parsecs", "2 m"});
     EXPECT_EQ(bad.code, kBadInput);
-    EXPECT_NE(bad.out.find("3 parsecs: not a unit text"), std::string::npos);
+    EXPECT_NE(bad.err.find("quillon unit: 3 parsecs: not a unit text"), std::string::npos);
     EXPECT_NE(bad.out.find("2 m = 2 "), std::string::npos);  // later texts still answered
 }
 
