@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <random>
+#include <set>
 
 #include "munit_fixture.h"
 #include "quillon/platform/text.h"
@@ -93,6 +94,23 @@ TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
     double out = -1.0;
     EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI), 0);
     EXPECT_EQ(out, 0.005);
+
+    // Exactly these types convert with a text of their own kinds (20's kind has no units).
+    const std::set<int> converting = {7,  8,  9,  10, 11, 12, 13, 14, 16, 17, 18,
+                                      19, 22, 25, 28, 29, 30, 31, 33, 34, 102};
+    GetMInit()->SetCorrectQuantity(true);
+    for (int id = -2; id <= 120; ++id) {
+        MUNIT_T kinds[3];
+        MUnit::GetTypeMunit(T(id), kinds[0], kinds[1], kinds[2]);
+        std::wstring text = id == 102 ? L"N*m/m" : L"";
+        for (int i = 0; i < 3 && kinds[i] != MUNIT_NONE; ++i)
+            text += std::wstring(i ? L"*" : L"") + (kinds[i] == MUNIT_LENGTH  ? L"m"
+                                                    : kinds[i] == MUNIT_FORCE ? L"N"
+                                                    : kinds[i] == MUNIT_MASS  ? L"kg"
+                                                                              : L"Rad");
+        EXPECT_EQ(mu.CnvUnit(out, T(id), text, 2.0, BASIC_TO_SI) == 0, converting.count(id) == 1)
+            << id;
+    }
 
     EXPECT_EQ(MUnit::GetNameUnit1(L"kN2*m/cm3"), L"kN");
     EXPECT_EQ(MUnit::GetNameUnit2(L"kN2*m/cm3"), L"m");
