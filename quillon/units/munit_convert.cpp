@@ -15,7 +15,6 @@ namespace {
 constexpr int kMaxPrecision = 30;
 
 bool isSeparator(wchar_t c) { return c == L'*' || c == L'/' || c == L' '; }
-bool isDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 // Characters of the part-th unit name: part 0 before the first separator, part 1 between the first
 // and the second, part 2 everything after the second; digits are left out ("m2" is "m").
@@ -28,7 +27,7 @@ std::wstring unitName(const std::wstring& text, int part) {
             ++separators;
             continue;
         }
-        if (separators == part && !isDigit(c)) name.push_back(c);
+        if (separators == part && !platform::IsAsciiDigit(c)) name.push_back(c);
     }
     return name;
 }

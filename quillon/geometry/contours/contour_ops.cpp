@@ -1,6 +1,9 @@
 #include "quillon/geometry/contours/contour_ops.h"
 
+#include <algorithm>
+
 #include "quillon/geometry/contours/las_driver.h"
+#include "quillon/platform/text.h"
 
 namespace quillon {
 
@@ -131,9 +134,10 @@ std::vector<Sector2> SegmentInsideShape(const ProComplexContour& shape, const Se
 
 ShapeText ReadShapeText(const std::wstring& text) {
     ShapeText result;
-    const std::size_t first = text.find_first_not_of(L" \t\r\n\v\f");
+    const auto first = std::find_if_not(text.begin(), text.end(),
+                                        [](wchar_t c) { return platform::IsAsciiSpace(c); });
     try {
-        if (first != std::wstring::npos && text[first] == L'"') {
+        if (first != text.end() && *first == L'"') {
             std::wstring unit;
             result.shape.reset(ProComplexContourAndUnitReader(text).read(unit));
             result.unit = std::move(unit);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "quillon/geometry/contours/detail/las_geometry.h"
 
@@ -46,7 +45,7 @@ bool Solver2d::IsSameDirection(double clockA, double clockB, double reach) const
 }
 
 double Solver2d::FindAngle_0x(const Vector2& v) const {
-    constexpr double pi = std::numbers::pi;
+    constexpr double pi = kPi;
     if (std::fabs(v.x) < eps) {
         if (v.y < 0.0) return 3.0 * pi / 2.0;
         if (v.y > 0.0) return pi / 2.0;
