@@ -162,13 +162,8 @@ ProComplexContour* LAS_Solver::Add(const std::vector<ProComplexContour*>& list,
 }
 
 ProComplexContour* LAS_Solver::Normalize(const ProComplexContour* c, ProContourFactory* factory) {
-    AddComplexContour(c);
-    SplitEdges();
-    SortNodesFromTopLeft();
-    SolveBaseLASContours();
-    SetBaseContourState(c, nullptr, Union);
-    MergeBaseContours();
-    return ComplexContourFromBase(factory);
+    // The union of the shape with nothing: the same steps with c alone.
+    return Solv(c, nullptr, Union, factory);
 }
 
 ProComplexContour* LAS_Solver::Set(const std::vector<ProClosedContour*>& contours,

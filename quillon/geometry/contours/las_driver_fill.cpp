@@ -24,6 +24,14 @@ std::int64_t CellCoordinate(double v, double size) {
     return static_cast<std::int64_t>(f);
 }
 
+// The first element of the list of the same type as x and equal to it, or null.
+template <typename Kind>
+LAS_Element* FirstEqual(const std::vector<LAS_Element*>& list, const Kind& x) {
+    for (LAS_Element* e : list)
+        if (e->GetType() == x.GetType() && *static_cast<const Kind*>(e) == x) return e;
+    return nullptr;
+}
+
 }  // namespace
 
 LAS_Solver::LAS_Solver(double epsilon) : solver2d(epsilon) {
@@ -126,18 +134,12 @@ int LAS_Solver::FindNode(const Point2& p) {
 
 LAS_Element* LAS_Solver::FindEqualLine(const LAS_Line& l) {
     const auto it = elementsByEnds.find(EndsKey(l.GetBegin(), l.GetEnd()));
-    if (it == elementsByEnds.end()) return nullptr;
-    for (LAS_Element* e : it->second)
-        if (e->GetType() == LAS_Element::Line && *static_cast<LAS_Line*>(e) == l) return e;
-    return nullptr;
+    return it == elementsByEnds.end() ? nullptr : FirstEqual(it->second, l);
 }
 
 LAS_Element* LAS_Solver::FindEqualArc(const LAS_Arc& a) {
     const auto it = elementsByEnds.find(EndsKey(a.GetBegin(), a.GetEnd()));
-    if (it == elementsByEnds.end()) return nullptr;
-    for (LAS_Element* e : it->second)
-        if (e->GetType() == LAS_Element::Arc && *static_cast<LAS_Arc*>(e) == a) return e;
-    return nullptr;
+    return it == elementsByEnds.end() ? nullptr : FirstEqual(it->second, a);
 }
 
 void LAS_Solver::RebuildIndexes() {

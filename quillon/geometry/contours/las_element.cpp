@@ -11,6 +11,15 @@ namespace {
 constexpr double kSweepTolerance = 0.0001;  // arc sweeps and midpoints are compared with this
 constexpr double kTangentTurn = 0.5235987755982988;  // π/6
 
+// 1 with the two pieces of a split, 0 when the split did not give two.
+template <typename Piece>
+int TwoPieces(const std::vector<Piece>& pieces, Piece& a, Piece& b) {
+    if (pieces.size() != 2) return 0;
+    a = pieces[0];
+    b = pieces[1];
+    return 1;
+}
+
 }  // namespace
 
 LAS_Element::LAS_Element(int beginIndex, int endIndex, Type elementType, LAS_Solver* owner)
@@ -81,10 +90,8 @@ int LAS_Line::Split(const Point2& p, Sector2& a, Sector2& b) const {
     Sector2 s;
     GetLine(s);
     std::vector<Sector2> pieces;
-    if (solver->GetSolver2D().SplitLine(s, p, pieces) != 2) return 0;
-    a = pieces[0];
-    b = pieces[1];
-    return 1;
+    solver->GetSolver2D().SplitLine(s, p, pieces);
+    return TwoPieces(pieces, a, b);
 }
 
 // ---- LAS_Arc ----------------------------------------------------------------------------------
@@ -171,10 +178,8 @@ int LAS_Arc::Split(const Point2& p, Arc2& a, Arc2& b) const {
     Arc2 arc;
     GetArc(arc);
     std::vector<Arc2> pieces;
-    if (solver->GetSolver2D().SplitArc(arc, p, pieces) != 2) return 0;
-    a = pieces[0];
-    b = pieces[1];
-    return 1;
+    solver->GetSolver2D().SplitArc(arc, p, pieces);
+    return TwoPieces(pieces, a, b);
 }
 
 SolverCurve LAS_Arc::GetCurve() const {

@@ -93,13 +93,14 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     return rb <= ra;
 }
 
-LAS_Element* LAS_NodeInfo::GetNextClockWise(LAS_Element* e, int skipUsed, int skipCounted) const {
+LAS_Element* LAS_NodeInfo::Neighbour(LAS_Element* e, int direction, int skipUsed,
+                                     int skipCounted) const {
     const int k = IsElementConnected(e);
     if (k < 0) return nullptr;
     const int n = GetElemCount();
     const int self = skipUsed ? GetSelfIndex() : -1;
     for (int step = 1; step < n; ++step) {
-        LAS_Element* c = elements[static_cast<std::size_t>((k + step) % n)];
+        LAS_Element* c = elements[static_cast<std::size_t>(((k + direction * step) % n + n) % n)];
         if (skipUsed && c->IsUsed(self)) continue;
         if (skipCounted && c->GetUseCount() >= 1) continue;
         return c;
@@ -107,18 +108,12 @@ LAS_Element* LAS_NodeInfo::GetNextClockWise(LAS_Element* e, int skipUsed, int sk
     return nullptr;
 }
 
+LAS_Element* LAS_NodeInfo::GetNextClockWise(LAS_Element* e, int skipUsed, int skipCounted) const {
+    return Neighbour(e, 1, skipUsed, skipCounted);
+}
+
 LAS_Element* LAS_NodeInfo::GetPrevClockWise(LAS_Element* e, int skipUsed, int skipCounted) const {
-    const int k = IsElementConnected(e);
-    if (k < 0) return nullptr;
-    const int n = GetElemCount();
-    const int self = skipUsed ? GetSelfIndex() : -1;
-    for (int step = 1; step < n; ++step) {
-        LAS_Element* c = elements[static_cast<std::size_t>((k - step + n) % n)];
-        if (skipUsed && c->IsUsed(self)) continue;
-        if (skipCounted && c->GetUseCount() >= 1) continue;
-        return c;
-    }
-    return nullptr;
+    return Neighbour(e, -1, skipUsed, skipCounted);
 }
 
 double LAS_NodeInfo::GetClockWiseAngle(LAS_Element* a, LAS_Element* b) const {
