@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/geometry/contours/las_solver.h"
 
 namespace quillon::las_test {
@@ -62,20 +63,10 @@ inline LAContour CircleContour(const Point2& c, double r, double phase = 0.0) {
     return k;
 }
 
-// A complex contour owning one solid with the given outline and holes.
+// A complex contour owning one solid with the given outline and holes; the caller owns it.
 inline ProComplexContour* Shape(const LAContour& outline,
                                 const std::vector<LAContour>& holes = {}) {
-    ProContourFactory f;
-    ProComplexContour* c = f.CreateComplexContour();
-    ProSolidContour* s = f.CreateSolidContour();
-    s->SetLAContour(outline);
-    for (const LAContour& h : holes) {
-        ProEmptyContour* e = f.CreateEmptyContour();
-        e->SetLAContour(h);
-        s->Attach(e);
-    }
-    c->Attach(s);
-    return c;
+    return MakeShape(outline, holes).release();
 }
 
 // Distinct vertices of a contour (the zero-length closing edge repeats the first).
