@@ -5,24 +5,6 @@
 
 namespace quillon::las_index {
 
-void Box::Add(const Point2& p) {
-    if (Empty()) {
-        x0 = x1 = p.x;
-        y0 = y1 = p.y;
-        return;
-    }
-    x0 = std::min(x0, p.x);
-    x1 = std::max(x1, p.x);
-    y0 = std::min(y0, p.y);
-    y1 = std::max(y1, p.y);
-}
-
-void Box::Add(const Box& b) {
-    if (b.Empty()) return;
-    Add(Point2(b.x0, b.y0));
-    Add(Point2(b.x1, b.y1));
-}
-
 void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;
     double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;

@@ -3,6 +3,7 @@
 // decision; an answer found through the grid is the one a full scan gives.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -15,8 +16,23 @@ struct Box {
     double x0 = 1.0, y0 = 1.0, x1 = -1.0, y1 = -1.0;
 
     bool Empty() const { return !(x0 <= x1 && y0 <= y1); }
-    void Add(const Point2& p);
-    void Add(const Box& b);
+    // Inline: box building runs in the inner loops of the relation tests.
+    void Add(const Point2& p) {
+        if (Empty()) {
+            x0 = x1 = p.x;
+            y0 = y1 = p.y;
+            return;
+        }
+        x0 = std::min(x0, p.x);
+        x1 = std::max(x1, p.x);
+        y0 = std::min(y0, p.y);
+        y1 = std::max(y1, p.y);
+    }
+    void Add(const Box& b) {
+        if (b.Empty()) return;
+        Add(Point2(b.x0, b.y0));
+        Add(Point2(b.x1, b.y1));
+    }
     Box Grown(double d) const { return {x0 - d, y0 - d, x1 + d, y1 + d}; }
     bool Overlaps(const Box& b) const {
         return !Empty() && !b.Empty() && x0 <= b.x1 && b.x0 <= x1 && y0 <= b.y1 && b.y0 <= y1;

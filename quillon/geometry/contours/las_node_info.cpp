@@ -78,9 +78,7 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     const Point2 tb = GetElementTangentialPoint(b);
     const double ca = GetClockAngle(ta);
     const double cb = GetClockAngle(tb);
-    if (!solver->GetSolver2D().IsSameDirection(ca, cb,
-                                               std::min(ta.distance(point), tb.distance(point))))
-        return cb > ca;
+    if (!solver->GetSolver2D().IsSameDirection(point, ta, ca, tb, cb)) return cb > ca;
     double ra = 0.0, rb = 0.0;
     int sa = 0, sb = 0;
     a->GetPointInfo(GetElementSecondEnd(a), ra, sa);
@@ -99,8 +97,12 @@ LAS_Element* LAS_NodeInfo::Neighbour(LAS_Element* e, int direction, int skipUsed
     if (k < 0) return nullptr;
     const int n = GetElemCount();
     const int self = skipUsed ? GetSelfIndex() : -1;
+    int at = k;
     for (int step = 1; step < n; ++step) {
-        LAS_Element* c = elements[static_cast<std::size_t>(((k + direction * step) % n + n) % n)];
+        at += direction;
+        if (at == n) at = 0;
+        if (at < 0) at = n - 1;
+        LAS_Element* c = elements[static_cast<std::size_t>(at)];
         if (skipUsed && c->IsUsed(self)) continue;
         if (skipCounted && c->GetUseCount() >= 1) continue;
         return c;

@@ -35,15 +35,6 @@ bool CurveOnContour(const Curve& k, const LAContour* c, double eps) {
 
 }  // namespace
 
-bool Solver2d::IsSameDirection(double clockA, double clockB, double reach) const {
-    // Clock angles closer than this are one tangent: the tangent construction of arcs carries
-    // rounding noise far below it, while distinct directions of elements longer than epsilon
-    // differ by far more.
-    constexpr double kClockTie = 1e-11;
-    const double gap = std::fabs(clockA - clockB);
-    return !(gap > kClockTie) && !(gap * reach > eps);
-}
-
 double Solver2d::FindAngle_0x(const Vector2& v) const {
     constexpr double pi = kPi;
     if (std::fabs(v.x) < eps) {
@@ -183,27 +174,35 @@ Solver2d::PreparedContour& Solver2d::PreparedContour::operator=(PreparedContour&
     default;
 Solver2d::PreparedContour::~PreparedContour() = default;
 
-bool Solver2d::PreparedContour::Empty() const { return !set || set->Curves().empty(); }
+bool Solver2d::PreparedContour::Empty() const { return Curves().empty(); }
+
+const std::vector<SolverCurve>& Solver2d::PreparedContour::Curves() const {
+    return set ? set->Curves() : curves;
+}
 
 Solver2d::PreparedContour Solver2d::Prepare(const LAContour& c) const {
     PreparedContour p;
-    p.set = std::make_unique<CurveSet>(las_detail::CurvesOf(c), eps);
-    for (const Curve& k : p.set->Curves()) p.box.Add(las_detail::CurveBox(k));
+    p.curves = las_detail::CurvesOf(c);
     return p;
 }
 
 Solver2d::Relation Solver2d::GetRelation(PreparedContour& first, const LAContour& second) const {
-    if (!first.set) return Disjoint;
+    if (!first.set) first.set = std::make_unique<CurveSet>(std::move(first.curves), eps);
     return static_cast<Relation>(las_detail::Relate(*first.set, las_detail::CurvesOf(second), eps));
 }
 
 bool Solver2d::IsInside(PreparedContour& outer, const PreparedContour& inner) const {
     if (outer.Empty() || inner.Empty()) return false;
+    if (!outer.set) outer.set = std::make_unique<CurveSet>(std::move(outer.curves), eps);
     // Inside needs every point of the inner contour in the outer's closed region.
     const las_index::Box& ob = outer.set->Bounds();
+    if (!inner.boxKnown) {
+        for (const Curve& k : inner.Curves()) inner.box.Add(las_detail::CurveBox(k));
+        inner.boxKnown = true;
+    }
     const las_index::Box& ib = inner.box;
     if (ib.x0 < ob.x0 || ib.x1 > ob.x1 || ib.y0 < ob.y0 || ib.y1 > ob.y1) return false;
-    return las_detail::Relate(*outer.set, inner.set->Curves(), eps) == Inside;
+    return las_detail::Relate(*outer.set, inner.Curves(), eps) == Inside;
 }
 
 // ---- Pieces of a segment inside a shape -------------------------------------------------------

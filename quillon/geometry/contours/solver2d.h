@@ -10,6 +10,7 @@
 // that answers lies behind this class (detail/), so the tolerance is applied in one place.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <vector>
@@ -49,11 +50,18 @@ public:
     // True when the sweep is a whole turn within epsilon (kept: the sweep is compared with the
     // distance tolerance, as stored drawings expect).
     bool IsFullTurn(double sweep) const { return std::fabs(std::fabs(sweep) - kTwoPi) <= eps; }
-    // True when two directions leaving one point, given by their clock angles, are one direction:
-    // they agree within 1e-11 rad (the rounding noise of the arcs' tangent construction) and, at
-    // the distance `reach` from the point, lie within epsilon of each other (long slender wedges
-    // turn by less than that angle and still are two directions).
-    bool IsSameDirection(double clockA, double clockB, double reach) const;
+    // True when the directions from `node` towards a and towards b, given also by their clock
+    // angles, are one direction: the angles agree within 1e-11 rad (the rounding noise of the arcs'
+    // tangent construction) and, at the nearer of the two points, the directions lie within
+    // epsilon of each other (long slender wedges turn by less than that angle and still are two
+    // directions).
+    bool IsSameDirection(const Point2& node, const Point2& a, double clockA, const Point2& b,
+                         double clockB) const {
+        constexpr double kClockTie = 1e-11;
+        const double gap = std::fabs(clockA - clockB);
+        if (gap > kClockTie) return false;
+        return !(gap * std::min(a.distance(node), b.distance(node)) > eps);
+    }
 
     // Angle of v from +x in [0, 2π). Within epsilon of an axis the exact axis angle is given:
     // |x| < eps gives 3π/2 (y < 0), π/2 (y > 0) or 0; otherwise |y| < eps gives π (x < 0) or 0.
@@ -127,8 +135,9 @@ public:
     static double AngleAlong(const SolverCurve& arc, const Point2& p);
 
     // ---- Contours prepared for many relation tests ----------------------------------------------
-    // A closed contour's curves with their boxes and a search grid, made once (Prepare) and asked
-    // many times; the answers are those of GetRelation on the contour itself.
+    // A closed contour's curves and bounds, made once (Prepare) and asked many times; the search
+    // structure for tests against it is built when it is first asked as the outer contour. The
+    // answers are those of GetRelation on the contour itself.
     class PreparedContour {
     public:
         PreparedContour();
@@ -139,8 +148,14 @@ public:
 
     private:
         friend class Solver2d;
+        const std::vector<SolverCurve>& Curves() const;
+
+        // The curves, moved into `set` when the contour is first tested against (as the outer one).
+        std::vector<SolverCurve> curves;
         std::unique_ptr<las_detail::CurveSet> set;
-        las_index::Box box;  // bounds of the curves themselves, not grown
+        // Bounds of the curves themselves (not grown), made when first needed.
+        mutable las_index::Box box;
+        mutable bool boxKnown = false;
     };
     PreparedContour Prepare(const LAContour& c) const;
     Relation GetRelation(PreparedContour& first, const LAContour& second) const;
