@@ -16,6 +16,9 @@
 // caller owns every contour the solver returns; the solver owns its graph. Half-plane cuts
 // (OnlyTop/OnlyRight) use the fixed tolerance 1e-8, arc midpoints and sweeps 0.0001.
 //
+// One-call use (solve a drawing, combine shapes, read and write contour text, with owned results
+// and the tolerance as an argument): contour_ops.h, built on this engine.
+//
 // Speed: point merging, duplicate checks and splitting give the results of a linear search and of
 // an all-pairs comparison in list order, but use a grid of nodes keyed by epsilon, a map of
 // elements by their nodes and a grid of element boxes.
