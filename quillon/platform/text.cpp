@@ -56,9 +56,9 @@ void appendWide(std::wstring& out, std::uint32_t c) {
 // digits], at least one digit in the mantissa. Returns {start, end} or {0, 0} when there is none.
 template <typename Char>
 std::pair<std::size_t, std::size_t> numberExtent(const Char* s, std::size_t n, bool allowFraction) {
-    auto digit = [](Char c) { return c >= Char('0') && c <= Char('9'); };
+    const auto digit = [](Char c) { return IsAsciiDigit(c); };
     std::size_t i = 0;
-    while (i < n && (s[i] == Char(' ') || (s[i] >= Char('\t') && s[i] <= Char('\r')))) ++i;
+    while (i < n && IsAsciiSpace(s[i])) ++i;
     const std::size_t start = i;
     if (i < n && (s[i] == Char('+') || s[i] == Char('-'))) ++i;
     std::size_t digits = 0;
@@ -253,36 +253,34 @@ std::string FormatC(const char* format, ...) {
     return out;
 }
 
+std::optional<std::wstring> FormatWv(std::size_t capacity, const wchar_t* format,
+                                     std::va_list args) {
+    if (capacity == 0) return std::nullopt;
+    std::wstring out(capacity, L'\0');
+    int n = -1;
+    {
+#if !defined(_WIN32)
+        CNumericScope scope;
+        n = std::vswprintf(out.data(), out.size(), format, args);
+#else
+        n = _vsnwprintf_s_l(out.data(), out.size(), _TRUNCATE, format, cLocale(), args);
+#endif
+    }
+    if (n < 0 || static_cast<std::size_t>(n) >= out.size()) return std::nullopt;
+    out.resize(static_cast<std::size_t>(n));
+    return out;
+}
+
 std::wstring FormatW(const wchar_t* format, ...) {
-    std::wstring out(64, L'\0');
-    for (;;) {
+    // vswprintf reports neither the needed size nor a format error apart from "too small": grow,
+    // and stop at a size no sensible text reaches.
+    for (std::size_t capacity = 64;; capacity *= 4) {
         std::va_list args;
         va_start(args, format);
-        int n;
-        {
-#if !defined(_WIN32)
-            CNumericScope scope;
-            n = std::vswprintf(out.data(), out.size(), format, args);
-#else
-            std::va_list measure;
-            va_copy(measure, args);
-            const int need = _vscwprintf_l(format, cLocale(), measure);
-            va_end(measure);
-            if (need >= 0 && static_cast<std::size_t>(need) >= out.size()) {
-                out.resize(static_cast<std::size_t>(need) + 1);
-            }
-            n = need < 0 ? -1 : _vswprintf_l(out.data(), out.size(), format, cLocale(), args);
-#endif
-        }
+        std::optional<std::wstring> text = FormatWv(capacity, format, args);
         va_end(args);
-        if (n >= 0 && static_cast<std::size_t>(n) < out.size()) {
-            out.resize(static_cast<std::size_t>(n));
-            return out;
-        }
-        // vswprintf reports neither the needed size nor a format error apart from "too small";
-        // stop growing at a size no sensible text reaches.
-        if (out.size() > (1u << 24)) return {};
-        out.resize(out.size() * 4);
+        if (text) return std::move(*text);
+        if (capacity > (1u << 24)) return {};
     }
 }
 

@@ -6,6 +6,9 @@
 // wide they hold code points. Invalid UTF-8 becomes U+FFFD; it never throws.
 #pragma once
 
+#include <cstdarg>
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,6 +30,25 @@ inline long _wtol(const std::wstring& text) { return _wtol(text.c_str()); }
 // The same rule on narrow texts, telling how many characters the number used (0: none).
 double LeadingDouble(std::string_view text, std::size_t* used = nullptr);
 
+// Character classes of the "C" locale, for narrow and wide characters alike: texts read the same
+// whatever the process locale says (white space is ' ' and '\t' to '\r').
+template <typename Char>
+constexpr bool IsAsciiSpace(Char c) {
+    return c == Char(' ') || (c >= Char('\t') && c <= Char('\r'));
+}
+template <typename Char>
+constexpr bool IsAsciiDigit(Char c) {
+    return c >= Char('0') && c <= Char('9');
+}
+template <typename Char>
+constexpr bool IsAsciiAlpha(Char c) {
+    return (c >= Char('a') && c <= Char('z')) || (c >= Char('A') && c <= Char('Z'));
+}
+template <typename Char>
+constexpr Char ToAsciiUpper(Char c) {
+    return c >= Char('a') && c <= Char('z') ? static_cast<Char>(c - 'a' + 'A') : c;
+}
+
 // printf-style formatting in the "C" numeric locale. Wide arguments of FormatW are passed as %ls.
 #if defined(__GNUC__)
 std::string FormatC(const char* format, ...) __attribute__((format(printf, 1, 2)));
@@ -34,5 +56,9 @@ std::string FormatC(const char* format, ...) __attribute__((format(printf, 1, 2)
 std::string FormatC(const char* format, ...);
 #endif
 std::wstring FormatW(const wchar_t* format, ...);
+// The same from a va_list, into at most `capacity` characters with the terminator: nothing when
+// the format is bad or the text does not fit. `args` is used up, as by vswprintf.
+std::optional<std::wstring> FormatWv(std::size_t capacity, const wchar_t* format,
+                                     std::va_list args);
 
 }  // namespace quillon::platform

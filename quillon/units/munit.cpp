@@ -2,14 +2,10 @@
 
 #include <algorithm>
 
+#include "quillon/units/munit_quantities.h"
+
 namespace quillon::munit {
 namespace {
-
-TypeUnit* findRecord(TypeUnitTable& table, MUNIT_TYPES id) {
-    const auto it =
-        std::find_if(table.begin(), table.end(), [id](const TypeUnit& t) { return t.id == id; });
-    return it == table.end() ? nullptr : &*it;
-}
 
 // A fixed text field ends at its first null character or at its end.
 template <std::size_t N>
@@ -46,82 +42,32 @@ std::wstring MUnit::GetNameUnit(MUNIT_T kind, int index) const { return GetUnit(
 // --- The type table ---
 
 int MUnit::GetTypeMunit(MUNIT_TYPES id, MUNIT_T& k1, MUNIT_T& k2, MUNIT_T& k3) {
-    k1 = k2 = k3 = MUNIT_NONE;
-    switch (id) {
-        case 1:
-        case 2:
-        case 3:
-        case 4:
-        case 5:
-        case 6:
-            return 0;
-        case 7:
-        case 8:
-        case 9:
-        case 10:
-        case 11:
-        case 16:
-        case 22:
-        case 25:
-        case 30:
-        case 34:
-            k1 = MUNIT_LENGTH;
-            return 0;
-        case 12:
-        case 21:
-        case 31:
-            k1 = k2 = MUNIT_LENGTH;
-            return 0;
-        case 33:
-            k1 = k2 = k3 = MUNIT_LENGTH;
-            return 0;
-        case 13:
-        case 18:
-            k1 = MUNIT_FORCE;
-            return 0;
-        case 14:
-        case 15:
-        case 23:
-        case 24:
-        case 27:
-        case 28:
-        case 29:
-            k1 = MUNIT_FORCE;
-            k2 = MUNIT_LENGTH;
-            return 0;
-        case 17:
-            k1 = MUNIT_ANGLE;
-            return 0;
-        case 19:
-            k1 = MUNIT_MASS;
-            return 0;
-        case 26:
-        case 32:
-            k1 = MUNIT_MASS;
-            k2 = MUNIT_LENGTH;
-            return 0;
-        case 20:
-            k1 = MUNIT_FIFTH;
-            return 0;
-        default:
-            return 1;
-    }
+    const quantities::QuantityType* q = quantities::FindSingle(id);
+    k1 = q ? q->kind1 : MUNIT_NONE;
+    k2 = q ? q->kind2 : MUNIT_NONE;
+    k3 = q ? q->kind3 : MUNIT_NONE;
+    return q ? 0 : 1;
 }
 
 short MUnit::GetTypesCount(const TypeUnit& type) {
-    if (type.id >= 1 && type.id <= 6) return 0;
-    // Area and volume show one unit with its exponent, although they name two or three factors.
-    if (type.id == 12 || type.id == 31 || type.id == 33) return 1;
+    const quantities::QuantityType* q = quantities::Find(type.id);
+    if (q && q->shownUnits != quantities::kCountKinds) return static_cast<short>(q->shownUnits);
     short count = 1;
     if (type.kind2 != MUNIT_NONE) ++count;
     if (type.kind3 != MUNIT_NONE) ++count;
     return count;
 }
 
-const TypeUnit* MUnit::FindType(MUNIT_TYPES id) { return findRecord(GlobU(), id); }
+TypeUnit* MUnit::FindRecord(TypeUnitTable& table, int id) {
+    const auto it =
+        std::find_if(table.begin(), table.end(), [id](const TypeUnit& t) { return t.id == id; });
+    return it == table.end() ? nullptr : &*it;
+}
+
+const TypeUnit* MUnit::FindType(MUNIT_TYPES id) { return FindRecord(GlobU(), id); }
 
 int MUnit::GetTypeUnit(MUNIT_TYPES id, TypeUnit& out) const {
-    const TypeUnit* found = findRecord(GlobU(), id);
+    const TypeUnit* found = FindRecord(GlobU(), id);
     out = found ? *found : TypeUnit{};
     return found ? 0 : 1;
 }
@@ -138,7 +84,7 @@ int MUnit::AddRecord(TypeUnitTable& table, const TypeUnit& type) const {
                         type.unit3) != M_SUCCESS) {
         return 1;
     }
-    if (findRecord(table, type.id)) return 1;
+    if (FindRecord(table, type.id)) return 1;
     table.push_back(type);
     return 0;
 }
@@ -176,7 +122,7 @@ int MUnit::ModifyTypeUnit(const TypeUnit& type) {
                         type.unit3) != M_SUCCESS) {
         return 1;
     }
-    TypeUnit* existing = findRecord(GlobU(), type.id);
+    TypeUnit* existing = FindRecord(GlobU(), type.id);
     if (!existing) return 1;
     *existing = type;
     return 0;
@@ -207,55 +153,9 @@ M_RESULT MUnit::CorrectQuantity(MUNIT_TYPES id, MUNIT_T kind1, MUNIT_T kind2, MU
     }
     if (!found) return M_FAILURE;
 
-    bool kindsMatch = false;
-    switch (id) {
-        case 7:
-        case 8:
-        case 9:
-        case 10:
-        case 11:
-        case 16:
-        case 22:
-        case 25:
-        case 30:
-        case 34:
-            kindsMatch = kind1 == MUNIT_LENGTH;
-            break;
-        case 13:
-        case 18:
-            kindsMatch = kind1 == MUNIT_FORCE;
-            break;
-        case 14:
-        case 15:
-        case 23:
-        case 24:
-        case 27:
-        case 28:
-        case 29:
-            kindsMatch = kind1 == MUNIT_FORCE && kind2 == MUNIT_LENGTH;
-            break;
-        case 17:
-            kindsMatch = kind1 == MUNIT_ANGLE;
-            break;
-        case 19:
-            kindsMatch = kind1 == MUNIT_MASS;
-            break;
-        case 20:
-            kindsMatch = kind1 == MUNIT_FIFTH;
-            break;
-        case 12:
-        case 21:
-        case 31:
-        case 33:
-            kindsMatch = kind1 == MUNIT_LENGTH && kind2 == MUNIT_LENGTH;
-            break;
-        case 26:
-        case 32:
-            kindsMatch = kind1 == MUNIT_MASS && kind2 == MUNIT_LENGTH;
-            break;
-        default:
-            kindsMatch = false;
-    }
+    // The kinds the type prescribes: the first, and the second where it has one.
+    const quantities::QuantityType* q = quantities::FindSingle(id);
+    const bool kindsMatch = q && kind1 == q->kind1 && (q->kind2 == MUNIT_NONE || kind2 == q->kind2);
     return kindsMatch ? M_SUCCESS : M_FAILURE;
 }
 

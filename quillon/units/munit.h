@@ -130,6 +130,8 @@ private:
     void UpdateComposites();
     // The first record of `id` in the table in effect, or null; no copy (conversions run often).
     static const TypeUnit* FindType(MUNIT_TYPES id);
+    // The first record of `id` in `table`, or null.
+    static TypeUnit* FindRecord(TypeUnitTable& table, int id);
     // Validates `type` and appends it to `table` unless its id is present: 0 or 1.
     int AddRecord(TypeUnitTable& table, const TypeUnit& type) const;
     TypeUnit BuildRecord(MUNIT_TYPES id, int precision, const std::wstring& unit1,

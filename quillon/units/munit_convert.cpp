@@ -5,6 +5,7 @@
 #include "quillon/platform/locale.h"
 #include "quillon/platform/text.h"
 #include "quillon/units/munit.h"
+#include "quillon/units/munit_quantities.h"
 
 namespace quillon::munit {
 namespace {
@@ -14,7 +15,6 @@ namespace {
 constexpr int kMaxPrecision = 30;
 
 bool isSeparator(wchar_t c) { return c == L'*' || c == L'/' || c == L' '; }
-bool isDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 // Characters of the part-th unit name: part 0 before the first separator, part 1 between the first
 // and the second, part 2 everything after the second; digits are left out ("m2" is "m").
@@ -27,74 +27,16 @@ std::wstring unitName(const std::wstring& text, int part) {
             ++separators;
             continue;
         }
-        if (separators == part && !isDigit(c)) name.push_back(c);
+        if (separators == part && !platform::IsAsciiDigit(c)) name.push_back(c);
     }
     return name;
 }
 
-MUNIT_T firstFactorKind(int id) {
-    switch (id) {
-        case 7:
-        case 8:
-        case 9:
-        case 10:
-        case 11:
-        case 12:
-        case 16:
-        case 21:
-        case 22:
-        case 25:
-        case 30:
-        case 31:
-        case 33:
-        case 34:
-            return MUNIT_LENGTH;
-        case 13:
-        case 14:
-        case 15:
-        case 18:
-        case 23:
-        case 24:
-        case 27:
-        case 28:
-        case 29:
-        case 102:
-            return MUNIT_FORCE;
-        case 17:
-            return MUNIT_ANGLE;
-        case 19:
-        case 26:
-        case 32:
-        case 101:
-            return MUNIT_MASS;
-        default:
-            return MUNIT_NONE;
-    }
+MUNIT_T factorKind(MUNIT_TYPES id, int factor) {
+    const quantities::QuantityType* q = quantities::Find(id);
+    if (!q) return MUNIT_NONE;
+    return factor == 1 ? q->kind1 : factor == 2 ? q->kind2 : q->kind3;
 }
-
-MUNIT_T secondFactorKind(int id) {
-    switch (id) {
-        case 12:
-        case 14:
-        case 15:
-        case 21:
-        case 23:
-        case 24:
-        case 26:
-        case 27:
-        case 28:
-        case 29:
-        case 31:
-        case 32:
-        case 33:
-        case 102:
-            return MUNIT_LENGTH;
-        default:
-            return MUNIT_NONE;
-    }
-}
-
-MUNIT_T thirdFactorKind(int id) { return id == 33 || id == 102 ? MUNIT_LENGTH : MUNIT_NONE; }
 
 void replaceAll(std::wstring& text, const std::wstring& from, const std::wstring& to) {
     if (from.empty() || from == to) return;
@@ -122,15 +64,15 @@ std::wstring MUnit::GetNameUnit2(const std::wstring& unitText) { return unitName
 std::wstring MUnit::GetNameUnit3(const std::wstring& unitText) { return unitName(unitText, 2); }
 
 double MUnit::GetCoefUnit1(MUNIT_TYPES id, const std::wstring& unitText) const {
-    return GetCoeffUnit(firstFactorKind(id), GetNameUnit1(unitText));
+    return GetCoeffUnit(factorKind(id, 1), GetNameUnit1(unitText));
 }
 
 double MUnit::GetCoefUnit2(MUNIT_TYPES id, const std::wstring& unitText) const {
-    return GetCoeffUnit(secondFactorKind(id), GetNameUnit2(unitText));
+    return GetCoeffUnit(factorKind(id, 2), GetNameUnit2(unitText));
 }
 
 double MUnit::GetCoefUnit3(MUNIT_TYPES id, const std::wstring& unitText) const {
-    return GetCoeffUnit(thirdFactorKind(id), GetNameUnit3(unitText));
+    return GetCoeffUnit(factorKind(id, 3), GetNameUnit3(unitText));
 }
 
 int MUnit::CnvUnit(double& out, MUNIT_TYPES id, const std::wstring& unitText, double value,
@@ -138,55 +80,13 @@ int MUnit::CnvUnit(double& out, MUNIT_TYPES id, const std::wstring& unitText, do
     out = 0.0;
     const double c1 = GetCoefUnit1(id, unitText);
     if (c1 == 0.0) return 1;
-    double factor = 0.0;
-    double divisor = 1.0;
-    switch (id) {
-        case 7:
-        case 8:
-        case 9:
-        case 10:
-        case 11:
-        case 13:
-        case 16:
-        case 17:
-        case 18:
-        case 19:
-        case 20:
-        case 22:
-        case 25:
-        case 34:
-            factor = c1;
-            break;
-        case 12:
-        case 31:
-            factor = c1 * c1;
-            break;
-        case 33:
-            factor = c1 * c1 * c1;
-            break;
-        case 30:
-            factor = c1 * c1 * c1 * c1;
-            break;
-        case 14:
-            factor = c1 * GetCoefUnit2(id, unitText);
-            break;
-        case 28:
-            factor = c1;
-            divisor = GetCoefUnit2(id, unitText);
-            break;
-        case 29: {
-            const double c2 = GetCoefUnit2(id, unitText);
-            factor = c1;
-            divisor = c2 * c2;
-            break;
-        }
-        case 102:
-            factor = c1 * GetCoefUnit2(id, unitText);
-            divisor = GetCoefUnit3(id, unitText);
-            break;
-        default:
-            return 1;  // a type without unit texts
-    }
+    const quantities::QuantityType* q = quantities::Find(id);
+    if (!q || !q->convertsText) return 1;  // a type without unit texts
+    const double c2 = q->power2 != 0 ? GetCoefUnit2(id, unitText) : 0.0;
+    const double c3 = q->power3 != 0 ? GetCoefUnit3(id, unitText) : 0.0;
+    const quantities::Factor f = quantities::FactorOf(*q, c1, c2, c3);
+    double factor = f.numerator;
+    const double divisor = f.divisor;
     // A divisor unit without a factor cannot give a finite result.
     if (divisor == 0.0) return 1;
     factor /= divisor;

@@ -1,70 +1,9 @@
 // Derived fields of the type table: displayed names and combined factors, for the single types from
 // the catalogue and for the composite types from the records of their source types.
-#include <algorithm>
-
 #include "quillon/units/munit.h"
+#include "quillon/units/munit_quantities.h"
 
 namespace quillon::munit {
-namespace {
-
-TypeUnit* findFirst(TypeUnitTable& table, int id) {
-    const auto it =
-        std::find_if(table.begin(), table.end(), [id](const TypeUnit& t) { return t.id == id; });
-    return it == table.end() ? nullptr : &*it;
-}
-
-// How a single type builds its name (joining texts after the first and second unit) and its
-// factor: c1^p1 * c2^p2 (p2 may be negative, 0 when the second unit plays no part).
-struct SingleShape {
-    int id;
-    const wchar_t* a;
-    const wchar_t* b;
-    int p1;
-    int p2;
-};
-
-// In the order in which the table is refreshed.
-constexpr SingleShape kSingleShapes[] = {
-    {7, L"", L"", 1, 0},     {8, L"", L"", 1, 0},     {34, L"", L"", 1, 0},
-    {9, L"", L"", 1, 0},     {10, L"", L"", 1, 0},    {11, L"", L"", 1, 0},
-    {12, L"2", L"", 2, 0},   {31, L"2", L"", 2, 0},   {33, L"3", L"", 3, 0},
-    {30, L"4", L"", 4, 0},   {13, L"", L"", 1, 0},    {16, L"", L"", 1, 0},
-    {17, L"", L"", 1, 0},    {18, L"", L"", 1, 0},    {19, L"", L"", 1, 0},
-    {20, L"", L"", 1, 0},    {22, L"", L"", 1, 0},    {14, L"*", L"", 1, 1},
-    {15, L"/", L"2", 1, -2}, {27, L"/", L"2", 1, -2}, {28, L"/", L"", 1, -1},
-    {29, L"/", L"2", 1, -2}, {24, L"/", L"2", 1, -2}, {23, L"/", L"3", 1, -3},
-    {32, L"/", L"2", 1, -2}, {26, L"/", L"3", 1, -3}, {21, L"2/", L"", 2, -1},
-};
-
-// A composite type: its sources, how many units of the first source it shows, its joining texts,
-// and the power of the second source's length by which the first source's factors are divided
-// (0: the name alone is refreshed).
-struct CompositeShape {
-    int id;
-    int source1;
-    int source2;  // 0: none
-    int unitsOfSource1;
-    const wchar_t* a;
-    const wchar_t* b;
-    int lengthPower;
-};
-
-// In the order in which they are refreshed: 111 shows the name of 109, refreshed just before.
-constexpr CompositeShape kCompositeShapes[] = {
-    {102, 14, 7, 2, L"*", L"/", 1},  {112, 13, 7, 1, L"/", L"", 1},  {113, 13, 7, 1, L"/", L"2", 2},
-    {115, 13, 7, 1, L"/", L"3", 3},  {114, 19, 7, 1, L"/", L"3", 3}, {101, 19, 7, 1, L"*", L"2", 0},
-    {105, 14, 17, 2, L"*", L"/", 0}, {106, 7, 0, 1, L"2", L"", 0},   {107, 7, 0, 1, L"3", L"", 0},
-    {108, 9, 0, 1, L"2", L"", 0},    {109, 9, 0, 1, L"3", L"", 0},   {110, 9, 0, 1, L"4", L"", 0},
-    {111, 18, 109, 1, L"/", L"", 0},
-};
-
-double power(double c, int p) {
-    double r = 1.0;
-    for (int i = 0; i < p; ++i) r *= c;
-    return r;
-}
-
-}  // namespace
 
 std::wstring MUnit::GenUnitFullName(const TypeUnit& type, const std::wstring& a,
                                     const std::wstring& b, const std::wstring& c) {
@@ -89,57 +28,52 @@ std::wstring MUnit::GenUnitFullName(const TypeUnit& type, const std::wstring& a,
 }
 
 void MUnit::UpDataSingleUnit() {
-    // The unitless types: factor 1, no decimals for 1-3.
-    for (int id = 1; id <= 3; ++id) {
+    for (const quantities::QuantityType& q : quantities::Rows::kTable) {
+        const auto id = static_cast<MUNIT_TYPES>(q.id);
         TypeUnit t;
-        if (GetTypeUnit(static_cast<MUNIT_TYPES>(id), t) != 0) {
-            t = BuildRecord(static_cast<MUNIT_TYPES>(id), 0, L"", L"", L"", false, L"");
-            t.coefficient = 1.0;
-            SetTypeUnit(t);
-        } else {
-            t.precision = 0;
-            t.coefficient = 1.0;
-            ModifyTypeUnit(t);
-        }
-    }
-    {
-        TypeUnit t;
-        if (GetTypeUnit(MUNIT_TYPE_4, t) != 0) {
-            t = BuildRecord(MUNIT_TYPE_4, 2, L"", L"", L"", false, L"");
+        const bool present = GetTypeUnit(id, t) == 0;
+        if (q.refresh == quantities::Refresh::Unitless) {
+            // Factor 1, no decimals; added when missing.
+            if (!present) {
+                t = BuildRecord(id, 0, L"", L"", L"", false, L"");
+                t.coefficient = 1.0;
+                SetTypeUnit(t);
+            } else {
+                t.precision = 0;
+                t.coefficient = 1.0;
+                ModifyTypeUnit(t);
+            }
+        } else if (q.refresh == quantities::Refresh::UnitlessNamed) {
+            // Factor 1 and a regenerated name; added with two decimals when missing.
+            if (!present) t = BuildRecord(id, 2, L"", L"", L"", false, L"");
             t.coefficient = 1.0;
             t.fullName = GenUnitFullName(t, L"", L"", L"");
-            SetTypeUnit(t);
-        } else {
-            t.coefficient = 1.0;
-            t.fullName = GenUnitFullName(t, L"", L"", L"");
-            ModifyTypeUnit(t);
-        }
-    }
-    for (const SingleShape& shape : kSingleShapes) {
-        TypeUnit t;
-        if (GetTypeUnit(static_cast<MUNIT_TYPES>(shape.id), t) != 0) continue;
-        const double c1 = GetCoeffUnit(t.kind1, t.unit1);
-        double coefficient = power(c1, shape.p1);
-        if (shape.p2 > 0) {
-            coefficient *= power(GetCoeffUnit(t.kind2, t.unit2), shape.p2);
-        } else if (shape.p2 < 0) {
+            if (!present)
+                SetTypeUnit(t);
+            else
+                ModifyTypeUnit(t);
+        } else if (q.refresh == quantities::Refresh::Single && present) {
             // Unguarded, unlike the composite types: a loose second unit (accepted, since only the
-            // first one is validated) has factor 0 and makes the coefficient infinite.
-            coefficient /= power(GetCoeffUnit(t.kind2, t.unit2), -shape.p2);
+            // first one is validated) has factor 0 and makes a divided coefficient infinite.
+            const quantities::Factor f =
+                quantities::FactorOf(q, GetCoeffUnit(t.kind1, t.unit1),
+                                     q.power2 != 0 ? GetCoeffUnit(t.kind2, t.unit2) : 0.0, 0.0);
+            t.coefficient = f.numerator / f.divisor;
+            t.fullName = GenUnitFullName(t, q.join1, q.join2, L"");
+            ModifyTypeUnit(
+                t);  // refused (and the record left as it was) when it no longer validates
         }
-        t.coefficient = coefficient;
-        t.fullName = GenUnitFullName(t, shape.a, shape.b, L"");
-        ModifyTypeUnit(t);  // refused (and the record left as it was) when it no longer validates
     }
 }
 
 void MUnit::UpdateComposites() {
     TypeUnitTable& table = GlobU();
-    for (const CompositeShape& shape : kCompositeShapes) {
-        TypeUnit* target = findFirst(table, shape.id);
-        const TypeUnit* s1 = findFirst(table, shape.source1);
-        const TypeUnit* s2 = shape.source2 ? findFirst(table, shape.source2) : nullptr;
-        if (!target || !s1 || (shape.source2 && !s2)) continue;
+    for (const quantities::QuantityType& q : quantities::Rows::kTable) {
+        if (q.refresh != quantities::Refresh::Composite) continue;
+        TypeUnit* target = FindRecord(table, q.id);
+        const TypeUnit* s1 = FindRecord(table, q.source1);
+        const TypeUnit* s2 = q.source2 ? FindRecord(table, q.source2) : nullptr;
+        if (!target || !s1 || (q.source2 && !s2)) continue;
 
         // The shown units: the first one or two of the first source, then the second source's.
         TypeUnit shown;
@@ -149,7 +83,7 @@ void MUnit::UpdateComposites() {
         double numerator = GetCoeffUnit(s1->kind1, s1->unit1);
         MUNIT_T* nextKind = &shown.kind2;
         std::wstring* nextUnit = &shown.unit2;
-        if (shape.unitsOfSource1 == 2) {
+        if (q.unitsOfSource1 == 2) {
             shown.kind2 = s1->kind2;
             shown.unit2 = s1->unit2;
             numerator *= GetCoeffUnit(s1->kind2, s1->unit2);
@@ -164,11 +98,12 @@ void MUnit::UpdateComposites() {
             *nextKind = s2->kind1;
             *nextUnit = s2->unit1;
         }
-        target->fullName = GenUnitFullName(shown, shape.a, shape.b, L"");
+        target->fullName = GenUnitFullName(shown, q.join1, q.join2, L"");
 
-        if (shape.lengthPower > 0) {
+        if (q.lengthPower > 0) {
             // A length without a factor leaves the old coefficient.
-            const double divisor = power(GetCoeffUnit(s2->kind1, s2->unit1), shape.lengthPower);
+            const double divisor =
+                quantities::Power(GetCoeffUnit(s2->kind1, s2->unit1), q.lengthPower);
             if (divisor != 0.0) target->coefficient = numerator / divisor;
         }
     }

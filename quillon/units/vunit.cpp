@@ -11,7 +11,7 @@
 #include <sstream>
 #include <tuple>
 
-#include "quillon/units/vunit_format.h"
+#include "quillon/platform/text.h"
 #include "quillon/units/vunit_parser.h"
 
 namespace quillon::munit {
@@ -144,7 +144,9 @@ bool VUnit::vset(const wchar_t* format, ...) {
     if (!format || !std::wcschr(format, L'%')) return set(format);
     std::va_list args;
     va_start(args, format);
-    const std::optional<std::wstring> text = vunit_detail::FormatUnitText(format, args);
+    // At most 4095 characters; "." as the decimal point, so that a number written with %g reads
+    // back in the unit grammar, which knows only ".".
+    const std::optional<std::wstring> text = platform::FormatWv(4096, format, args);
     va_end(args);
     if (!text) {
         seterr();

@@ -53,10 +53,6 @@ constexpr std::array<UnitRow, 9> kBaseUnits{{
     {"W", 1.0, 2, 1, -3},
 }};
 
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
 const UnitRow* findUnit(std::span<const UnitRow> table, std::string_view rest) {
     for (const UnitRow& row : table) {
         if (rest.starts_with(row.name)) return &row;
@@ -108,12 +104,12 @@ const char* TokenKindName(TokenKind kind) {
 Lexer::Lexer(const wchar_t* text) : text_(platform::ToUtf8(text ? text : L"")) {}
 
 Token Lexer::Next() {
-    while (pos_ < text_.size() && isBlank(text_[pos_])) ++pos_;
+    while (pos_ < text_.size() && platform::IsAsciiSpace(text_[pos_])) ++pos_;
     const std::size_t start = pos_;
     if (start >= text_.size()) return Token{TokenKind::End, 0.0, 0, {}, start, start};
     const char c = text_[start];
-    if (isDigit(c) || c == '-') return scanNumber(start);
-    if (isLetter(c)) return scanWord(start);
+    if (platform::IsAsciiDigit(c) || c == '-') return scanNumber(start);
+    if (platform::IsAsciiAlpha(c)) return scanWord(start);
     pos_ = start + 1;
     TokenKind kind = TokenKind::Other;
     if (c == '*') kind = TokenKind::Star;

@@ -8,19 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/checks.h"
+
 namespace quillon {
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-template <typename T>
-Bytes stored(const T& value) {
-    std::ostringstream out;
-    Archive ar(out);
-    ar << value;
-    const std::string s = out.str();
-    return Bytes(s.begin(), s.end());
-}
+using test_support::Bytes;
+using test_support::Stored;
 
 std::istringstream streamOf(const Bytes& bytes) {
     return std::istringstream(std::string(bytes.begin(), bytes.end()));
@@ -47,16 +41,16 @@ int causeOf(F f) {
 }
 
 TEST(Archive, NumbersAreLittleEndianInTheirWidth) {
-    EXPECT_EQ(stored(std::int8_t{-2}), (Bytes{0xFE}));
-    EXPECT_EQ(stored(std::uint16_t{0x1234}), (Bytes{0x34, 0x12}));
-    EXPECT_EQ(stored(std::int16_t{-2}), (Bytes{0xFE, 0xFF}));
-    EXPECT_EQ(stored(std::int32_t{0x01020304}), (Bytes{0x04, 0x03, 0x02, 0x01}));
-    EXPECT_EQ(stored(std::uint32_t{0xFFFFFFFEu}), (Bytes{0xFE, 0xFF, 0xFF, 0xFF}));
-    EXPECT_EQ(stored(std::int64_t{-1}), Bytes(8, 0xFF));
-    EXPECT_EQ(stored(std::uint64_t{0x0102030405060708ull}),
+    EXPECT_EQ(Stored(std::int8_t{-2}), (Bytes{0xFE}));
+    EXPECT_EQ(Stored(std::uint16_t{0x1234}), (Bytes{0x34, 0x12}));
+    EXPECT_EQ(Stored(std::int16_t{-2}), (Bytes{0xFE, 0xFF}));
+    EXPECT_EQ(Stored(std::int32_t{0x01020304}), (Bytes{0x04, 0x03, 0x02, 0x01}));
+    EXPECT_EQ(Stored(std::uint32_t{0xFFFFFFFEu}), (Bytes{0xFE, 0xFF, 0xFF, 0xFF}));
+    EXPECT_EQ(Stored(std::int64_t{-1}), Bytes(8, 0xFF));
+    EXPECT_EQ(Stored(std::uint64_t{0x0102030405060708ull}),
               (Bytes{0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01}));
-    EXPECT_EQ(stored(1.0), (Bytes{0, 0, 0, 0, 0, 0, 0xF0, 0x3F}));
-    EXPECT_EQ(stored(-2.5f), (Bytes{0, 0, 0x20, 0xC0}));
+    EXPECT_EQ(Stored(1.0), (Bytes{0, 0, 0, 0, 0, 0, 0xF0, 0x3F}));
+    EXPECT_EQ(Stored(-2.5f), (Bytes{0, 0, 0x20, 0xC0}));
 }
 
 TEST(Archive, NumbersRoundTripIncludingExtremes) {
@@ -103,7 +97,7 @@ TEST(Archive, WideStringLengthPrefixesAtEveryBoundary) {
     for (const auto& c : cases) {
         std::wstring text(c.length, L'x');
         if (c.length) text.back() = L'\u00e9';
-        const Bytes bytes = stored(text);
+        const Bytes bytes = Stored(text);
         ASSERT_EQ(bytes.size(), c.prefix.size() + 2 * c.length) << c.length;
         EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + c.prefix.size()), c.prefix) << c.length;
         if (c.length) {
@@ -123,7 +117,7 @@ TEST(Archive, CharactersAboveTheBasicPlaneTravelAsSurrogatePairs) {
     } else {
         text += static_cast<wchar_t>(0x1F600);
     }
-    const Bytes bytes = stored(text);
+    const Bytes bytes = Stored(text);
     EXPECT_EQ(bytes, (Bytes{0xFF, 0xFE, 0xFF, 3, 'a', 0, 0x3D, 0xD8, 0x00, 0xDE}));
     EXPECT_EQ(loaded<std::wstring>(bytes), text);
 }
@@ -177,7 +171,7 @@ TEST(Archive, RandomStringsRoundTripAndGarbageOnlyEndsInEndOfFile) {
             }
             text.push_back(static_cast<wchar_t>(c));
         }
-        EXPECT_EQ(loaded<std::wstring>(stored(text)), text);
+        EXPECT_EQ(loaded<std::wstring>(Stored(text)), text);
 
         Bytes garbage(rng() % 24);
         for (auto& b : garbage) b = static_cast<unsigned char>(rng());

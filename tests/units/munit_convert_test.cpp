@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <random>
+#include <set>
 
 #include "munit_fixture.h"
 #include "quillon/platform/text.h"
@@ -43,21 +44,6 @@ TEST_F(ConvertTest, CnvUnitSILeavesOutUntouchedWithoutAFactor) {
     EXPECT_EQ(cnv(10, 4.0, BASIC_TO_SI, -1.0), 0.0);
 }
 
-TEST_F(ConvertTest, ToSIAndBackIsTheIdentity) {
-    MUnit mu;
-    std::mt19937 rng(7);
-    std::uniform_real_distribution<double> value(-1e6, 1e6);
-    for (int i = 0; i < 200; ++i) {
-        const double v = value(rng);
-        for (int id : {7, 14, 15}) {
-            double si = 0.0, back = 0.0;
-            mu.CnvUnitSI(si, T(id), v, BASIC_TO_SI);
-            mu.CnvUnitSI(back, T(id), si, BASIC_FROM_SI);
-            EXPECT_NEAR(back, v, 1e-9 * std::abs(v)) << id;
-        }
-    }
-}
-
 TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
     struct Case {
         int id;
@@ -71,13 +57,10 @@ TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
     // clang-format off
     const Case cases[] = {
         {14, L"kN*m", 2.0, to, 0, 2000.0}, {14, L"kN cm", 2000.0, from, 0, 200.0},
-        {15, L"kN/cm2", 1.0, to, 1, 0.0},  // 15 takes no texts
         {29, L"kN/cm2", 1.0, to, 0, 1e7}, {28, L"kN/mm", 1.0, to, 0, 1e6},
-        {12, L"cm2", 3.0, to, 0, 3e-4}, {33, L"mm3", 1.0, to, 0, 1e-9},
-        {30, L"cm4", 1.0, to, 0, 1e-8}, {17, L"Grad", 200.0, to, 0, 200.0 * 0.01570796326795},
-        {19, L"t", 2.0, to, 0, 2000.0}, {19, L"T", 2.0, to, 1, 0.0},  // a force, not a mass
-        {102, L"kN*m/cm", 1.0, to, 0, 1e5}, {20, L"m", 1.0, to, 1, 0.0},
-        {101, L"kg*m2", 1.0, to, 1, 0.0}, {7, L"furlong", 1.0, to, 1, 0.0}, {7, L"", 1.0, to, 1, 0.0},
+        {33, L"mm3", 1.0, to, 0, 1e-9}, {30, L"cm4", 1.0, to, 0, 1e-8},
+        {19, L"T", 2.0, to, 1, 0.0},  // a force, not a mass
+        {102, L"kN*m/cm", 1.0, to, 0, 1e5}, {7, L"furlong", 1.0, to, 1, 0.0},
         // A divisor unit without a factor fails instead of giving an infinite factor.
         {28, L"kN/furlong", 1.0, to, 1, 0.0},
         // A second unit without a factor makes the moment factor 0: fine to SI, not from SI.
@@ -93,6 +76,23 @@ TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
     double out = -1.0;
     EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI), 0);
     EXPECT_EQ(out, 0.005);
+
+    // Exactly these types convert with a text of their own kinds (20's kind has no units).
+    const std::set<int> converting = {7,  8,  9,  10, 11, 12, 13, 14, 16, 17, 18,
+                                      19, 22, 25, 28, 29, 30, 31, 33, 34, 102};
+    GetMInit()->SetCorrectQuantity(true);
+    for (int id = -2; id <= 120; ++id) {
+        MUNIT_T kinds[3];
+        MUnit::GetTypeMunit(T(id), kinds[0], kinds[1], kinds[2]);
+        std::wstring text = id == 102 ? L"N*m/m" : L"";
+        for (int i = 0; i < 3 && kinds[i] != MUNIT_NONE; ++i)
+            text += std::wstring(i ? L"*" : L"") + (kinds[i] == MUNIT_LENGTH  ? L"m"
+                                                    : kinds[i] == MUNIT_FORCE ? L"N"
+                                                    : kinds[i] == MUNIT_MASS  ? L"kg"
+                                                                              : L"Rad");
+        EXPECT_EQ(mu.CnvUnit(out, T(id), text, 2.0, BASIC_TO_SI) == 0, converting.count(id) == 1)
+            << id;
+    }
 
     EXPECT_EQ(MUnit::GetNameUnit1(L"kN2*m/cm3"), L"kN");
     EXPECT_EQ(MUnit::GetNameUnit2(L"kN2*m/cm3"), L"m");

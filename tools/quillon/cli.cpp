@@ -1,15 +1,15 @@
 #include "tools/quillon/cli.h"
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <map>
-#include <memory>
 #include <sstream>
 
-#include "quillon/geometry/contours/contour_text.h"
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/platform/text.h"
 #include "quillon/units/vunit.h"
 #include "tools/quillon/loose_elements.h"
@@ -19,6 +19,9 @@
 #ifndef QUILLON_EXAMPLES_DIR
 #define QUILLON_EXAMPLES_DIR "examples"
 #endif
+#ifndef QUILLON_VERSION
+#define QUILLON_VERSION "unknown"
+#endif
 
 namespace quillon::tool {
 
@@ -27,173 +30,162 @@ namespace {
 using platform::FromUtf8;
 using platform::ToUtf8;
 
-const char* const kMainHelp =
-    "usage: quillon COMMAND [ARGS]\n"
-    "\n"
-    "Lines and arcs to shapes with holes, booleans with true arcs, section properties, units.\n"
-    "\n"
-    "commands:\n"
-    "  demo      solve the bundled plate drawing, print its contour text and section properties,\n"
-    "            write plate.svg\n"
-    "  solve     loose lines and arcs in, the shape's contour text out\n"
-    "  bool      union, difference or intersection of two contour texts\n"
-    "  section   section properties of a contour text\n"
-    "  unit      value-with-unit texts to their SI value, exponents and quantity\n"
-    "\n"
-    "'quillon COMMAND --help' tells more. Exit codes: 0 done, 1 usage, 2 bad input.\n";
+struct CommandSpec;
 
-const std::map<std::string, std::string> kHelp = {
-    {"demo",
-     "usage: quillon demo [--out DIR] [--units mm|cm|m]\n"
-     "Solves examples/plate.txt (a plate with rounded corners and two openings, drawn as loose\n"
-     "lines and arcs that overshoot and overlap a little), prints the contour text and the\n"
-     "section properties (default unit cm) and writes DIR/plate.svg (default DIR: ./out).\n"},
-    {"solve",
-     "usage: quillon solve [FILE|-] [--svg FILE] [--eps E]\n"
-     "Reads loose elements (format: examples/README.md) from FILE or standard input, joins\n"
-     "points closer than E (drawing units, default 0.01), splits crossings and prints the\n"
-     "resulting complex contour as contour text. Free polylines are reported on standard error.\n"},
-    {"bool",
-     "usage: quillon bool union|difference|intersection A B [--svg FILE] [--eps E]\n"
-     "A and B are contour texts, given as files, '-' for standard input, or the text itself\n"
-     "(an argument starting with '(' or '\"'). Points closer than E (default 0.001) are\n"
-     "joined. Prints the result as contour text.\n"},
-    {"section",
-     "usage: quillon section [FILE|-] [--units mm|cm|m]\n"
-     "Reads a contour text (with or without a unit name; without one, mm) and prints the\n"
-     "section properties, exact for arcs, in the chosen unit (default cm).\n"},
-    {"unit",
-     "usage: quillon unit TEXT...\n"
-     "Parses each value-with-unit text (e.g. \"2.5 kN*m\", \"kg/m^3\") and prints its value in\n"
-     "metre-kilogram-second units, its exponents and its quantity type.\n"},
+// One option of a command: --name VALUE (or --name=VALUE); a flag when `value` is null.
+struct OptionSpec {
+    const char* name;
+    const char* value;  // placeholder shown in the usage line, e.g. "E"
+    const char* help;
 };
 
-struct Streams {
+// A command as the user called it: its words sorted into arguments and options.
+struct Invocation {
+    const CommandSpec& command;
+    std::vector<std::string> positional;
+    std::map<std::string, std::string> options;  // flags map to ""
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
-};
 
-// Command-line words: options with values (--name value) and positional arguments.
-struct Words {
-    std::vector<std::string> positional;
-    std::map<std::string, std::string> options;
-    bool help = false;
-};
-
-// Splits args; false (message printed) on an unknown option or a missing value.
-bool splitWords(const std::vector<std::string>& args, std::size_t from,
-                const std::vector<std::string>& allowed, Words& words, Streams& s,
-                const std::string& command) {
-    for (std::size_t i = from; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        if (a == "--help" || a == "-h") {
-            words.help = true;
-        } else if (a.size() > 2 && a.compare(0, 2, "--") == 0) {
-            const std::string name = a.substr(2);
-            bool known = false;
-            for (const auto& o : allowed) known = known || o == name;
-            if (!known) {
-                s.err << "quillon " << command << ": unknown option '" << a << "'\n";
-                return false;
-            }
-            if (i + 1 >= args.size()) {
-                s.err << "quillon " << command << ": option '" << a << "' needs a value\n";
-                return false;
-            }
-            words.options[name] = args[++i];
-        } else {
-            words.positional.push_back(a);
-        }
+    bool Has(const std::string& name) const { return options.count(name) != 0; }
+    std::string Get(const std::string& name, const std::string& fallback) const {
+        const auto it = options.find(name);
+        return it == options.end() ? fallback : it->second;
     }
-    return true;
+    // An error message on standard error, prefixed by the command, and the exit code.
+    int Fail(int code, const std::string& message) const;
+    // A usage error: the message, then the usage line.
+    int Usage(const std::string& message) const;
+};
+
+// The one place a command is declared: what 'quillon --help' lists, what 'quillon NAME --help'
+// prints, which options the command accepts and the function that does the work.
+struct CommandSpec {
+    const char* name;
+    const char* arguments;  // the positional part of the usage line
+    const char* summary;    // one line for 'quillon --help'
+    const char* help;       // what the command does
+    std::vector<OptionSpec> options;
+    int (*run)(const Invocation&);
+
+    std::string UsageLine() const {
+        std::string line = std::string("usage: quillon ") + name;
+        if (*arguments != '\0') line += std::string(" ") + arguments;
+        for (const OptionSpec& o : options)
+            line +=
+                std::string(" [--") + o.name + (o.value ? std::string(" ") + o.value : "") + "]";
+        return line + "\n";
+    }
+    std::string Help() const {
+        std::string text = UsageLine() + help;
+        if (!options.empty()) text += "options:\n";
+        for (const OptionSpec& o : options) {
+            std::string left =
+                std::string("  --") + o.name + (o.value ? std::string(" ") + o.value : "");
+            left.resize(std::max<std::size_t>(left.size() + 2, 20), ' ');
+            text += left + o.help + "\n";
+        }
+        return text;
+    }
+    const OptionSpec* Option(const std::string& optionName) const {
+        for (const OptionSpec& o : options)
+            if (optionName == o.name) return &o;
+        return nullptr;
+    }
+};
+
+int Invocation::Fail(int code, const std::string& message) const {
+    err << "quillon " << command.name << ": " << message << "\n";
+    return code;
 }
 
-bool readAll(const std::string& source, Streams& s, std::string& text, const std::string& command) {
+int Invocation::Usage(const std::string& message) const {
+    err << "quillon " << command.name << ": " << message << "\n"
+        << command.UsageLine() << "'quillon " << command.name << " --help' tells more.\n";
+    return kUsage;
+}
+
+// ---- Shared steps of the commands ---------------------------------------------------------------
+
+bool ReadAll(const Invocation& call, const std::string& source, std::string& text) {
     if (source == "-") {
-        text.assign(std::istreambuf_iterator<char>(s.in), std::istreambuf_iterator<char>());
+        text.assign(std::istreambuf_iterator<char>(call.in), std::istreambuf_iterator<char>());
         return true;
     }
     std::ifstream file(source, std::ios::binary);
     if (!file) {
-        s.err << "quillon " << command << ": cannot open '" << source << "'\n";
+        call.Fail(kBadInput, "cannot open '" + source + "'");
         return false;
     }
     text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     return true;
 }
 
-bool writeFile(const std::filesystem::path& path, const std::string& content, Streams& s,
-               const std::string& command) {
+// kDone, or kCannotWrite with the message printed.
+int WriteFile(const Invocation& call, const std::filesystem::path& path,
+              const std::string& content) {
     std::error_code ec;
     if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), ec);
     std::ofstream file(path, std::ios::binary);
     file << content;
-    if (!file) {
-        s.err << "quillon " << command << ": cannot write '" << path.string() << "'\n";
-        return false;
-    }
-    return true;
+    if (!file) return call.Fail(kCannotWrite, "cannot write '" + path.string() + "'");
+    return kDone;
 }
 
-bool parseEps(const Words& w, double& eps, Streams& s, const std::string& command) {
-    const auto it = w.options.find("eps");
-    if (it == w.options.end()) return true;
+bool ParseEps(const Invocation& call, double& eps) {
+    if (!call.Has("eps")) return true;
+    const std::string text = call.Get("eps", "");
     std::size_t used = 0;
-    eps = platform::LeadingDouble(it->second, &used);
-    if (used != it->second.size() || !(eps > 0.0) || !std::isfinite(eps)) {
-        s.err << "quillon " << command << ": --eps needs a positive number\n";
-        return false;
-    }
+    eps = platform::LeadingDouble(text, &used);
+    return used == text.size() && eps > 0.0 && std::isfinite(eps);
+}
+
+bool ParseUnits(const Invocation& call, std::string& unit) {
+    if (!call.Has("units")) return true;
+    if (UnitLength(call.Get("units", "")) == 0.0) return false;
+    unit = call.Get("units", "");
     return true;
 }
 
-bool parseUnits(const Words& w, std::string& unit, Streams& s, const std::string& command) {
-    const auto it = w.options.find("units");
-    if (it == w.options.end()) return true;
-    if (UnitLength(it->second) == 0.0) {
-        s.err << "quillon " << command << ": --units takes mm, cm or m\n";
-        return false;
-    }
-    unit = it->second;
-    return true;
+bool ReadDrawing(const Invocation& call, const std::string& source, LooseDrawing& drawing) {
+    std::string text;
+    if (!ReadAll(call, source, text)) return false;
+    std::istringstream in(text);
+    ReadError error;
+    if (ReadLooseDrawing(in, drawing, error)) return true;
+    call.Fail(kBadInput, source + ":" + std::to_string(error.line) + ": " + error.message);
+    return false;
 }
 
-// Owns a solver result.
-using Shape = std::unique_ptr<ProComplexContour>;
-
-struct Solved {
-    Shape shape;
-    std::vector<std::unique_ptr<LAContour>> polylines;
-    std::size_t closedCount = 0;
-};
-
-// Loose elements through the solver: merge points, split crossings, walk the faces, nest them.
-Solved solveDrawing(const LooseDrawing& drawing, double eps) {
-    LAS_Solver solver(eps);
-    for (const LooseElement& e : drawing.elements) {
-        if (e.kind == LooseElement::Line) {
-            solver.AddLine(e.start, e.end);
-        } else {
-            solver.AddArc(e.start, e.end, e.centre, e.sweep);
-        }
+// A complex contour text with an optional unit name in front; null (message printed) when it
+// does not read.
+ShapePtr ReadShape(const Invocation& call, const std::string& text, std::string& unit,
+                   const std::string& what) {
+    ShapeText read = ReadShapeText(FromUtf8(text));
+    if (!read.shape) {
+        const ContourTextError& e = *read.error;
+        call.Fail(kBadInput, what + " is not a contour text: error " + std::to_string(e.code) +
+                                 " (" + e.what() + ") at line " + std::to_string(e.line + 1) +
+                                 ", character " + std::to_string(e.position));
+        return nullptr;
     }
-    solver.SplitEdges();
-    std::vector<ProClosedContour*> closed;
-    std::vector<LAContour*> polylines;
-    ProContourFactory factory;
-    solver.FindContours({}, &factory, closed, polylines);
-    Solved result;
-    result.closedCount = closed.size();
-    for (LAContour* p : polylines) result.polylines.emplace_back(p);
-    LAS_Solver nester(eps);
-    result.shape.reset(nester.Set(closed, &factory, false));
-    for (ProClosedContour* c : closed) delete c;
-    if (!result.shape) result.shape.reset(factory.CreateComplexContour());
-    return result;
+    unit = read.unit ? ToUtf8(*read.unit) : std::string();
+    return std::move(read.shape);
 }
 
-std::string describePolyline(const LAContour& p) {
+std::string ContourText(const ProComplexContour& shape, const std::string& unit) {
+    return ToUtf8(WriteShapeText(shape, FromUtf8(unit)));
+}
+
+std::string ShapeSummary(const ProComplexContour& shape) {
+    unsigned long holes = 0;
+    for (unsigned long i = 0; i < shape.ChildrenCount(); ++i)
+        holes += shape.SolidChild(i)->ChildrenCount();
+    return platform::FormatC("%lu solid(s) with %lu hole(s)", shape.ChildrenCount(), holes);
+}
+
+std::string DescribePolyline(const LAContour& p) {
     if (p.empty()) return "empty polyline";
     const Point2& a = p.Front().start;
     const Point2& b = p.Back().start;
@@ -201,175 +193,113 @@ std::string describePolyline(const LAContour& p) {
                              b.x, b.y);
 }
 
-// Reads a complex contour text with an optional unit name in front.
-Shape readContourText(const std::string& text, std::string& unit, Streams& s,
-                      const std::string& command, const std::string& what) {
-    std::wstring wide = FromUtf8(text);
-    std::size_t first = wide.find_first_not_of(L" \t\r\n");
-    try {
-        if (first != std::wstring::npos && wide[first] == L'"') {
-            ProComplexContourAndUnitReader reader(wide);
-            std::wstring u;
-            Shape shape(reader.read(u));
-            unit = ToUtf8(u);
-            return shape;
-        }
-        ProComplexContourReader reader(wide);
-        unit.clear();
-        return Shape(reader.read());
-    } catch (const ContourTextError& e) {
-        s.err << "quillon " << command << ": " << what << " is not a contour text: error " << e.code
-              << " (" << e.what() << ") at line " << (e.line + 1) << ", character " << e.position
-              << "\n";
-        return nullptr;
-    }
+int WriteSvg(const Invocation& call, const ProComplexContour& shape, const std::string& unit) {
+    if (!call.Has("svg")) return kDone;
+    SvgOptions o;
+    o.unit = unit;
+    return WriteFile(call, call.Get("svg", ""), ComplexContourToSvg(shape, o));
 }
 
-std::string contourText(const ProComplexContour& shape, const std::string& unit) {
-    ProComplexContourAndUnitWriter writer(FromUtf8(unit));
-    return ToUtf8(writer.write(shape));
-}
+// ---- The commands -------------------------------------------------------------------------------
 
-std::string shapeSummary(const ProComplexContour& shape) {
-    unsigned long holes = 0;
-    for (unsigned long i = 0; i < shape.ChildrenCount(); ++i) {
-        holes += shape.SolidChild(i)->ChildrenCount();
-    }
-    return platform::FormatC("%lu solid(s) with %lu hole(s)", shape.ChildrenCount(), holes);
-}
-
-int cmdSolve(const std::vector<std::string>& args, Streams& s) {
-    Words w;
-    if (!splitWords(args, 1, {"svg", "eps"}, w, s, "solve")) return kUsage;
-    if (w.help) return s.out << kHelp.at("solve"), kDone;
-    if (w.positional.size() > 1) {
-        s.err << "quillon solve: one input at most\n" << kHelp.at("solve");
-        return kUsage;
-    }
-    double eps = 0.01;
-    if (!parseEps(w, eps, s, "solve")) return kUsage;
-    std::string text;
-    const std::string source = w.positional.empty() ? "-" : w.positional[0];
-    if (!readAll(source, s, text, "solve")) return kBadInput;
-    std::istringstream in(text);
+int RunDemo(const Invocation& call) {
+    if (!call.positional.empty()) return call.Usage("takes no arguments");
+    std::string shown = "cm";
+    if (!ParseUnits(call, shown)) return call.Usage("--units takes mm, cm or m");
+    const std::filesystem::path outDir = call.Get("out", "out");
+    const std::filesystem::path example =
+        call.Get("example", (std::filesystem::path(QUILLON_EXAMPLES_DIR) / "plate.txt").string());
     LooseDrawing drawing;
-    ReadError error;
-    if (!ReadLooseDrawing(in, drawing, error)) {
-        s.err << "quillon solve: " << source << ":" << error.line << ": " << error.message << "\n";
-        return kBadInput;
-    }
-    if (drawing.elements.empty()) {
-        s.err << "quillon solve: " << source << ": no elements\n";
-        return kBadInput;
-    }
-    const Solved solved = solveDrawing(drawing, eps);
-    s.out << contourText(*solved.shape, drawing.unit) << "\n";
-    s.err << "quillon solve: " << drawing.elements.size() << " elements, "
-          << shapeSummary(*solved.shape) << ", " << solved.polylines.size()
-          << " free polyline(s)\n";
-    for (const auto& p : solved.polylines) {
-        s.err << "  free polyline: " << describePolyline(*p) << "\n";
-    }
-    if (const auto it = w.options.find("svg"); it != w.options.end()) {
-        SvgOptions o;
-        o.unit = drawing.unit;
-        if (!writeFile(it->second, ComplexContourToSvg(*solved.shape, o), s, "solve")) {
-            return kBadInput;
-        }
-    }
+    if (!ReadDrawing(call, example.string(), drawing)) return kBadInput;
+    const SolvedShape solved = SolveElements(drawing.elements, 0.01);
+    call.out << "Quillon demo: " << example.filename().string() << ", " << drawing.elements.size()
+             << " loose lines and arcs drawn in " << drawing.unit << "\n";
+    call.out << "Solver: " << solved.faces << " closed contour(s), " << solved.polylines.size()
+             << " free polyline(s) (overshoots) -> " << ShapeSummary(*solved.shape) << "\n\n";
+    call.out << "Contour text:\n" << ContourText(*solved.shape, drawing.unit) << "\n\n";
+    call.out << "Section properties (exact arcs, shown in " << shown << "):\n"
+             << SectionReport(*solved.shape, drawing.unit, shown) << "\n";
+    SvgOptions o;
+    o.unit = drawing.unit;
+    o.title = "Quillon demo: " + example.filename().string();
+    const std::filesystem::path svg = outDir / "plate.svg";
+    if (const int code = WriteFile(call, svg, ComplexContourToSvg(*solved.shape, o))) return code;
+    call.out << "Picture: " << svg.string() << "\n";
     return kDone;
 }
 
-int cmdBool(const std::vector<std::string>& args, Streams& s) {
-    Words w;
-    if (!splitWords(args, 1, {"svg", "eps"}, w, s, "bool")) return kUsage;
-    if (w.help) return s.out << kHelp.at("bool"), kDone;
-    if (w.positional.size() != 3) {
-        s.err << "quillon bool: needs an operation and two contour texts\n" << kHelp.at("bool");
-        return kUsage;
-    }
-    const std::string& op = w.positional[0];
-    LAS_Solver::Operation operation;
-    if (op == "union") {
-        operation = LAS_Solver::Union;
-    } else if (op == "difference") {
-        operation = LAS_Solver::Difference;
-    } else if (op == "intersection") {
-        operation = LAS_Solver::Intersection;
-    } else {
-        s.err << "quillon bool: unknown operation '" << op << "'\n" << kHelp.at("bool");
-        return kUsage;
-    }
+int RunSolve(const Invocation& call) {
+    if (call.positional.size() > 1) return call.Usage("one input at most");
+    double eps = 0.01;
+    if (!ParseEps(call, eps)) return call.Usage("--eps needs a positive number");
+    const std::string source = call.positional.empty() ? "-" : call.positional[0];
+    LooseDrawing drawing;
+    if (!ReadDrawing(call, source, drawing)) return kBadInput;
+    if (drawing.elements.empty()) return call.Fail(kBadInput, source + ": no elements");
+    const SolvedShape solved = SolveElements(drawing.elements, eps);
+    call.out << ContourText(*solved.shape, drawing.unit) << "\n";
+    call.err << "quillon solve: " << drawing.elements.size() << " elements, "
+             << ShapeSummary(*solved.shape) << ", " << solved.polylines.size()
+             << " free polyline(s)\n";
+    for (const LAContour& p : solved.polylines)
+        call.err << "  free polyline: " << DescribePolyline(p) << "\n";
+    return WriteSvg(call, *solved.shape, drawing.unit);
+}
+
+int RunBool(const Invocation& call) {
+    if (call.positional.size() != 3) return call.Usage("needs an operation and two contour texts");
+    static const std::map<std::string, ShapeOperation> kOperations = {
+        {"union", ShapeOperation::Union},
+        {"difference", ShapeOperation::Difference},
+        {"intersection", ShapeOperation::Intersection},
+    };
+    const std::string& op = call.positional[0];
+    const auto operation = kOperations.find(op);
+    if (operation == kOperations.end()) return call.Usage("unknown operation '" + op + "'");
     // Contour texts hold six decimals, so stored arcs close only to about 1e-6 of their radius.
     double eps = 1e-3;
-    if (!parseEps(w, eps, s, "bool")) return kUsage;
-    Shape shapes[2];
+    if (!ParseEps(call, eps)) return call.Usage("--eps needs a positive number");
+    ShapePtr shapes[2];
     std::string units[2];
     for (int i = 0; i < 2; ++i) {
-        const std::string& arg = w.positional[1 + i];
+        const std::string& arg = call.positional[1 + static_cast<std::size_t>(i)];
         std::string text;
-        if (!arg.empty() && (arg[0] == '(' || arg[0] == '"')) {
+        if (!arg.empty() && (arg[0] == '(' || arg[0] == '"'))
             text = arg;
-        } else if (!readAll(arg, s, text, "bool")) {
+        else if (!ReadAll(call, arg, text))
             return kBadInput;
-        }
-        shapes[i] = readContourText(text, units[i], s, "bool", i == 0 ? "A" : "B");
+        shapes[i] = ReadShape(call, text, units[i], i == 0 ? "A" : "B");
         if (!shapes[i]) return kBadInput;
     }
-    if (!units[0].empty() && !units[1].empty() && units[0] != units[1]) {
-        s.err << "quillon bool: A is in " << units[0] << " and B in " << units[1] << "\n";
-        return kBadInput;
-    }
+    if (!units[0].empty() && !units[1].empty() && units[0] != units[1])
+        return call.Fail(kBadInput, "A is in " + units[0] + " and B in " + units[1]);
     const std::string unit = units[0].empty() ? units[1] : units[0];
-    LAS_Solver solver(eps);
-    ProContourFactory factory;
-    Shape result(solver.Solv(shapes[0].get(), shapes[1].get(), operation, &factory));
-    if (!result) result.reset(factory.CreateComplexContour());
-    s.out << contourText(*result, unit) << "\n";
-    s.err << "quillon bool: " << op << ": " << shapeSummary(*result) << "\n";
-    if (const auto it = w.options.find("svg"); it != w.options.end()) {
-        SvgOptions o;
-        o.unit = unit.empty() ? "mm" : unit;
-        if (!writeFile(it->second, ComplexContourToSvg(*result, o), s, "bool")) return kBadInput;
-    }
-    return kDone;
+    const ShapePtr result = CombineShapes(*shapes[0], *shapes[1], operation->second, eps);
+    call.out << ContourText(*result, unit) << "\n";
+    call.err << "quillon bool: " << op << ": " << ShapeSummary(*result) << "\n";
+    return WriteSvg(call, *result, unit.empty() ? "mm" : unit);
 }
 
-int cmdSection(const std::vector<std::string>& args, Streams& s) {
-    Words w;
-    if (!splitWords(args, 1, {"units"}, w, s, "section")) return kUsage;
-    if (w.help) return s.out << kHelp.at("section"), kDone;
-    if (w.positional.size() > 1) {
-        s.err << "quillon section: one input at most\n" << kHelp.at("section");
-        return kUsage;
-    }
+int RunSection(const Invocation& call) {
+    if (call.positional.size() > 1) return call.Usage("one input at most");
     std::string shown = "cm";
-    if (!parseUnits(w, shown, s, "section")) return kUsage;
-    const std::string source = w.positional.empty() ? "-" : w.positional[0];
-    std::string text;
-    if (!readAll(source, s, text, "section")) return kBadInput;
-    std::string unit;
-    const Shape shape = readContourText(text, unit, s, "section", source);
+    if (!ParseUnits(call, shown)) return call.Usage("--units takes mm, cm or m");
+    const std::string source = call.positional.empty() ? "-" : call.positional[0];
+    std::string text, unit;
+    if (!ReadAll(call, source, text)) return kBadInput;
+    const ShapePtr shape = ReadShape(call, text, unit, source);
     if (!shape) return kBadInput;
     if (unit.empty()) unit = "mm";
-    if (UnitLength(unit) == 0.0) {
-        s.err << "quillon section: unknown length unit \"" << unit << "\" (mm, cm or m)\n";
-        return kBadInput;
-    }
-    s.out << "Section properties (" << shapeSummary(*shape) << ", drawn in " << unit
-          << ", shown in " << shown << "):\n"
-          << SectionReport(*shape, unit, shown);
+    if (UnitLength(unit) == 0.0)
+        return call.Fail(kBadInput, "unknown length unit \"" + unit + "\" (mm, cm or m)");
+    call.out << "Section properties (" << ShapeSummary(*shape) << ", drawn in " << unit
+             << ", shown in " << shown << "):\n"
+             << SectionReport(*shape, unit, shown);
     return kDone;
 }
 
-int cmdUnit(const std::vector<std::string>& args, Streams& s) {
-    Words w;
-    if (!splitWords(args, 1, {}, w, s, "unit")) return kUsage;
-    if (w.help) return s.out << kHelp.at("unit"), kDone;
-    if (w.positional.empty()) {
-        s.err << "quillon unit: needs at least one text\n" << kHelp.at("unit");
-        return kUsage;
-    }
+int RunUnit(const Invocation& call) {
+    if (call.positional.empty()) return call.Usage("needs at least one text");
     static const std::map<int, const char*> kTypeNames = {
         {munit::SUnit::dimensionless, "dimensionless"},
         {munit::SUnit::length, "length"},
@@ -387,62 +317,125 @@ int cmdUnit(const std::vector<std::string>& args, Streams& s) {
         {munit::SUnit::power, "power"},
     };
     int code = kDone;
-    for (const std::string& text : w.positional) {
+    for (const std::string& text : call.positional) {
         const std::wstring wide = FromUtf8(text);
         const munit::VUnit v(wide.c_str());
         if (!v.is_valid()) {
-            s.out << text << ": not a unit text\n";
-            code = kBadInput;
+            // Later texts are still answered.
+            code = call.Fail(kBadInput, text + ": not a unit text");
             continue;
         }
         const munit::SUnit& e = v.unit();
         const auto type = kTypeNames.find(v.type());
         std::wostringstream shown;
         shown << v;
-        s.out << text << " = " << platform::FormatC("%.10g", v.to_mks()) << " ("
-              << ToUtf8(shown.str()) << "); exponents m^" << e.m << " kg^" << e.kg << " s^" << e.s
-              << "; " << (type == kTypeNames.end() ? "no named quantity" : type->second) << "\n";
+        call.out << text << " = " << platform::FormatC("%.10g", v.to_mks()) << " ("
+                 << ToUtf8(shown.str()) << "); exponents m^" << e.m << " kg^" << e.kg << " s^"
+                 << e.s << "; " << (type == kTypeNames.end() ? "no named quantity" : type->second)
+                 << "\n";
     }
     return code;
 }
 
-int cmdDemo(const std::vector<std::string>& args, Streams& s) {
-    Words w;
-    if (!splitWords(args, 1, {"out", "units", "example"}, w, s, "demo")) return kUsage;
-    if (w.help) return s.out << kHelp.at("demo"), kDone;
-    if (!w.positional.empty()) {
-        s.err << "quillon demo: takes no arguments\n" << kHelp.at("demo");
-        return kUsage;
+const std::vector<CommandSpec>& Commands() {
+    static const std::vector<CommandSpec> table = {
+        {"demo",
+         "",
+         "solve the bundled plate drawing, print its contour text and section properties,\n"
+         "            write plate.svg",
+         "Solves examples/plate.txt (a plate with rounded corners and two openings, drawn as "
+         "loose\n"
+         "lines and arcs that overshoot and overlap a little), prints the contour text and the\n"
+         "section properties and writes DIR/plate.svg.\n",
+         {{"out", "DIR", "folder of the picture (default: ./out)"},
+          {"units", "mm|cm|m", "unit of the figures (default: cm)"},
+          {"example", "FILE", "another drawing instead of examples/plate.txt"}},
+         RunDemo},
+        {"solve",
+         "[FILE|-]",
+         "loose lines and arcs in, the shape's contour text out",
+         "Reads loose elements (format: examples/README.md) from FILE or standard input, joins\n"
+         "close points, splits crossings and prints the resulting complex contour as contour\n"
+         "text. Free polylines are reported on standard error.\n",
+         {{"svg", "FILE", "also draw the shape into FILE"},
+          {"eps", "E", "join points closer than E (drawing units, default 0.01)"}},
+         RunSolve},
+        {"bool",
+         "union|difference|intersection A B",
+         "union, difference or intersection of two contour texts",
+         "A and B are contour texts, given as files, '-' for standard input, or the text itself\n"
+         "(an argument starting with '(' or '\"'). Prints the result as contour text.\n",
+         {{"svg", "FILE", "also draw the result into FILE"},
+          {"eps", "E", "join points closer than E (default 0.001)"}},
+         RunBool},
+        {"section",
+         "[FILE|-]",
+         "section properties of a contour text",
+         "Reads a contour text (with or without a unit name; without one, mm) and prints the\n"
+         "section properties, exact for arcs.\n",
+         {{"units", "mm|cm|m", "unit of the figures (default: cm)"}},
+         RunSection},
+        {"unit",
+         "TEXT...",
+         "value-with-unit texts to their SI value, exponents and quantity",
+         "Parses each value-with-unit text (e.g. \"2.5 kN*m\", \"kg/m^3\") and prints its value "
+         "in\n"
+         "metre-kilogram-second units, its exponents and its quantity type.\n",
+         {},
+         RunUnit},
+    };
+    return table;
+}
+
+std::string MainHelp() {
+    std::string text =
+        "usage: quillon COMMAND [ARGS] [--OPTION VALUE]...\n"
+        "       quillon --help | --version\n"
+        "\n"
+        "Lines and arcs to shapes with holes, booleans with true arcs, section properties, units.\n"
+        "\n"
+        "commands:\n";
+    for (const CommandSpec& c : Commands()) {
+        std::string name = std::string("  ") + c.name;
+        name.resize(12, ' ');
+        text += name + c.summary + "\n";
     }
-    std::string shown = "cm";
-    if (!parseUnits(w, shown, s, "demo")) return kUsage;
-    const std::filesystem::path outDir = w.options.count("out") ? w.options["out"] : "out";
-    std::filesystem::path example = std::filesystem::path(QUILLON_EXAMPLES_DIR) / "plate.txt";
-    if (w.options.count("example")) example = w.options["example"];
-    std::string text;
-    if (!readAll(example.string(), s, text, "demo")) return kBadInput;
-    std::istringstream in(text);
-    LooseDrawing drawing;
-    ReadError error;
-    if (!ReadLooseDrawing(in, drawing, error)) {
-        s.err << "quillon demo: " << example.string() << ":" << error.line << ": " << error.message
-              << "\n";
-        return kBadInput;
+    text +=
+        "\n"
+        "'quillon COMMAND --help' tells more. Options take their value as the next word or\n"
+        "after '=' (--eps=0.1). Exit codes: 0 done, 1 usage, 2 bad input, 3 a file could not be\n"
+        "written.\n";
+    return text;
+}
+
+// Sorts the words after the command into arguments and options; kDone, or a usage error.
+int SortWords(const std::vector<std::string>& args, Invocation& call, bool& help) {
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        if (a == "--help" || a == "-h") {
+            help = true;
+            continue;
+        }
+        if (a.size() <= 2 || a.compare(0, 2, "--") != 0) {
+            call.positional.push_back(a);
+            continue;
+        }
+        const std::size_t equals = a.find('=');
+        const std::string name = a.substr(2, equals == std::string::npos ? equals : equals - 2);
+        const OptionSpec* option = call.command.Option(name);
+        if (option == nullptr) return call.Usage("unknown option '" + a.substr(0, equals) + "'");
+        if (option->value == nullptr) {
+            if (equals != std::string::npos)
+                return call.Usage("option '--" + name + "' takes no value");
+            call.options[name] = "";
+        } else if (equals != std::string::npos) {
+            call.options[name] = a.substr(equals + 1);
+        } else if (i + 1 < args.size()) {
+            call.options[name] = args[++i];
+        } else {
+            return call.Usage("option '" + a + "' needs a value");
+        }
     }
-    const Solved solved = solveDrawing(drawing, 0.01);
-    s.out << "Quillon demo: " << example.filename().string() << ", " << drawing.elements.size()
-          << " loose lines and arcs drawn in " << drawing.unit << "\n";
-    s.out << "Solver: " << solved.closedCount << " closed contour(s), " << solved.polylines.size()
-          << " free polyline(s) (overshoots) -> " << shapeSummary(*solved.shape) << "\n\n";
-    s.out << "Contour text:\n" << contourText(*solved.shape, drawing.unit) << "\n\n";
-    s.out << "Section properties (exact arcs, shown in " << shown << "):\n"
-          << SectionReport(*solved.shape, drawing.unit, shown) << "\n";
-    SvgOptions o;
-    o.unit = drawing.unit;
-    o.title = "Quillon demo: " + example.filename().string();
-    const std::filesystem::path svg = outDir / "plate.svg";
-    if (!writeFile(svg, ComplexContourToSvg(*solved.shape, o), s, "demo")) return kBadInput;
-    s.out << "Picture: " << svg.string() << "\n";
     return kDone;
 }
 
@@ -450,22 +443,31 @@ int cmdDemo(const std::vector<std::string>& args, Streams& s) {
 
 int RunQuillon(const std::vector<std::string>& args, std::istream& in, std::ostream& out,
                std::ostream& err) {
-    Streams s{in, out, err};
     if (args.empty()) {
-        err << kMainHelp;
+        err << MainHelp();
         return kUsage;
     }
-    const std::string& command = args[0];
-    if (command == "--help" || command == "-h" || command == "help") {
-        out << kMainHelp;
+    const std::string& name = args[0];
+    if (name == "--help" || name == "-h" || name == "help") {
+        out << MainHelp();
         return kDone;
     }
-    if (command == "demo") return cmdDemo(args, s);
-    if (command == "solve") return cmdSolve(args, s);
-    if (command == "bool") return cmdBool(args, s);
-    if (command == "section") return cmdSection(args, s);
-    if (command == "unit") return cmdUnit(args, s);
-    err << "quillon: unknown command '" << command << "'\n\n" << kMainHelp;
+    if (name == "--version") {
+        out << "quillon " << QUILLON_VERSION << "\n";
+        return kDone;
+    }
+    for (const CommandSpec& command : Commands()) {
+        if (name != command.name) continue;
+        Invocation call{command, {}, {}, in, out, err};
+        bool help = false;
+        if (const int code = SortWords(args, call, help)) return code;
+        if (help) {
+            out << command.Help();
+            return kDone;
+        }
+        return command.run(call);
+    }
+    err << "quillon: unknown command '" << name << "'\n\n" << MainHelp();
     return kUsage;
 }
 

@@ -1,16 +1,14 @@
 #include "tools/quillon/loose_elements.h"
 
 #include <cmath>
-#include <numbers>
 #include <sstream>
 
+#include "quillon/geometry/plane/angles.h"
 #include "quillon/platform/text.h"
 
 namespace quillon::tool {
 
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 // The numbers of one line; false when one of them is not a complete finite number.
 bool readNumbers(std::istringstream& words, std::vector<double>& out, std::size_t count,
@@ -32,9 +30,9 @@ double sweepBetween(const Point2& start, const Point2& end, const Point2& centre
     double a = std::atan2(end.y - centre.y, end.x - centre.x) -
                std::atan2(start.y - centre.y, start.x - centre.x);
     if (ccw) {
-        while (a <= 0) a += 2 * kPi;
+        while (a <= 0) a += kTwoPi;
     } else {
-        while (a >= 0) a -= 2 * kPi;
+        while (a >= 0) a -= kTwoPi;
     }
     return a;
 }
@@ -71,7 +69,6 @@ bool ReadLooseDrawing(std::istream& in, LooseDrawing& drawing, ReadError& error)
             return fail(message);
         };
         LooseElement e;
-        e.line = number;
         if (keyword == "units") {
             std::string unit, extra;
             if (!(words >> unit) || UnitLength(unit) == 0.0 || (words >> extra)) {
@@ -83,15 +80,15 @@ bool ReadLooseDrawing(std::istream& in, LooseDrawing& drawing, ReadError& error)
         if (keyword == "line") {
             if (!numbers(4, "line x1 y1 x2 y2")) return false;
             e.kind = LooseElement::Line;
-            e.start = Point2(v[0], v[1]);
+            e.begin = Point2(v[0], v[1]);
             e.end = Point2(v[2], v[3]);
         } else if (keyword == "arc") {
             if (!numbers(7, "arc x1 y1 x2 y2 cx cy sweep")) return false;
             e.kind = LooseElement::Arc;
-            e.start = Point2(v[0], v[1]);
+            e.begin = Point2(v[0], v[1]);
             e.end = Point2(v[2], v[3]);
             e.centre = Point2(v[4], v[5]);
-            const double r1 = e.start.distance(e.centre);
+            const double r1 = e.begin.distance(e.centre);
             const double r2 = e.end.distance(e.centre);
             if (v[6] == 0.0 || r1 == 0.0) return fail("an arc needs a radius and a non-zero sweep");
             if (std::fabs(r1 - r2) > 1e-3 * std::max(r1, r2)) {
@@ -99,12 +96,12 @@ bool ReadLooseDrawing(std::istream& in, LooseDrawing& drawing, ReadError& error)
             }
             const bool full = std::fabs(std::fabs(v[6]) - 360.0) < 1e-9;
             if (full) {
-                if (e.start.distance(e.end) > 1e-9 * r1) {
+                if (e.begin.distance(e.end) > 1e-9 * r1) {
                     return fail("a 360 degree arc must end where it starts");
                 }
-                e.sweep = v[6] > 0 ? 2 * kPi : -2 * kPi;
+                e.sweep = v[6] > 0 ? kTwoPi : -kTwoPi;
             } else {
-                e.sweep = sweepBetween(e.start, e.end, e.centre, v[6] > 0);
+                e.sweep = sweepBetween(e.begin, e.end, e.centre, v[6] > 0);
                 if (std::fabs(std::fabs(e.sweep) * 180.0 / kPi - std::fabs(v[6])) > 0.5) {
                     return fail("the sweep does not match the arc's ends");
                 }
@@ -114,7 +111,7 @@ bool ReadLooseDrawing(std::istream& in, LooseDrawing& drawing, ReadError& error)
             const Arc2 arc(Point2(v[0], v[1]), Point2(v[4], v[5]), Point2(v[2], v[3]));
             if (!arc.is_valid()) return fail("the three points of the arc lie on one line");
             e.kind = LooseElement::Arc;
-            e.start = Point2(v[0], v[1]);
+            e.begin = Point2(v[0], v[1]);
             e.end = Point2(v[4], v[5]);
             e.centre = arc.get_circle().get_center();
             e.sweep = arc.get_angle();
@@ -123,8 +120,8 @@ bool ReadLooseDrawing(std::istream& in, LooseDrawing& drawing, ReadError& error)
             if (!(v[2] > 0.0)) return fail("a circle needs a positive radius");
             e.kind = LooseElement::Arc;
             e.centre = Point2(v[0], v[1]);
-            e.start = e.end = Point2(v[0] + v[2], v[1]);
-            e.sweep = 2 * kPi;
+            e.begin = e.end = Point2(v[0] + v[2], v[1]);
+            e.sweep = kTwoPi;
         } else {
             return fail("unknown element \"" + keyword + "\" (line, arc, arc3, circle, units)");
         }

@@ -16,22 +16,13 @@
 #include <string>
 #include <vector>
 
-#include "quillon/geometry/plane/plane_types.h"
+#include "quillon/geometry/contours/contour_ops.h"
 
 namespace quillon::tool {
 
-struct LooseElement {
-    enum Kind { Line, Arc } kind = Line;
-    Point2 start;
-    Point2 end;
-    Point2 centre;       // arcs only
-    double sweep = 0.0;  // arcs only: signed, radians; ±2π for a full circle
-    int line = 0;        // source line, for messages
-};
-
 struct LooseDrawing {
     std::string unit = "mm";
-    std::vector<LooseElement> elements;
+    std::vector<LooseElement> elements;  // quillon::LooseElement, ready for SolveElements
 };
 
 struct ReadError {

@@ -2,23 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/contour_ops.h"
 
 namespace quillon {
 
 namespace {
 
-std::unique_ptr<ProComplexContour> ToShape(const Contour2& c, ProContourFactory& f) {
-    std::unique_ptr<ProComplexContour> shape(f.CreateComplexContour());
-    if (c.Points().size() < 3) return shape;
+ShapePtr ToShape(const Contour2& c) {
+    if (c.Points().size() < 3) return std::make_unique<ProComplexContour>();
     LAContour outline;
     for (const Point2& p : c.Points()) outline.push_back(LAEdge(p));
-    ProSolidContour* s = f.CreateSolidContour();
-    s->SetLAContour(outline);
-    shape->Attach(s);
-    return shape;
+    return MakeShape(outline);
 }
 
 double Scale(const Contour2& c) {
@@ -40,16 +35,10 @@ Contour2 ToPolygon(const LAContour& c, bool counterClockwise, double tol) {
     return poly;
 }
 
-std::vector<Contour2Region> Combine(const Contour2& a, const Contour2& b,
-                                    LAS_Solver::Operation op) {
+std::vector<Contour2Region> Combine(const Contour2& a, const Contour2& b, ShapeOperation op) {
     const double eps = std::max({a.tol, b.tol, 1e-9 * std::max(Scale(a), Scale(b))});
-    ProContourFactory f;
-    const auto sa = ToShape(a, f);
-    const auto sb = ToShape(b, f);
-    LAS_Solver solver(eps);
-    std::unique_ptr<ProComplexContour> r(solver.Solv(sa.get(), sb.get(), op, &f));
+    const ShapePtr r = CombineShapes(*ToShape(a), *ToShape(b), op, eps);
     std::vector<Contour2Region> out;
-    if (!r) return out;
     for (unsigned long i = 0; i < r->ChildrenCount(); ++i) {
         const ProSolidContour* s = r->SolidChild(i);
         Contour2Region region{ToPolygon(*s, true, a.tol), {}};
@@ -63,15 +52,15 @@ std::vector<Contour2Region> Combine(const Contour2& a, const Contour2& b,
 }  // namespace
 
 std::vector<Contour2Region> Contour2Intersection(const Contour2& a, const Contour2& b) {
-    return Combine(a, b, LAS_Solver::Intersection);
+    return Combine(a, b, ShapeOperation::Intersection);
 }
 
 std::vector<Contour2Region> Contour2Difference(const Contour2& a, const Contour2& b) {
-    return Combine(a, b, LAS_Solver::Difference);
+    return Combine(a, b, ShapeOperation::Difference);
 }
 
 std::vector<Contour2Region> Contour2Union(const Contour2& a, const Contour2& b) {
-    return Combine(a, b, LAS_Solver::Union);
+    return Combine(a, b, ShapeOperation::Union);
 }
 
 std::vector<Contour2Region> Contour2::Intersection(const Contour2& other) const {

@@ -9,13 +9,6 @@ namespace quillon {
 
 namespace {
 
-// "C" locale classes: a text reads the same whatever the process locale.
-bool IsSpace(wchar_t c) {
-    return c == L' ' || c == L'\t' || c == L'\n' || c == L'\v' || c == L'\f' || c == L'\r';
-}
-bool IsAlpha(wchar_t c) { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
-wchar_t ToUpper(wchar_t c) { return (c >= L'a' && c <= L'z') ? static_cast<wchar_t>(c - 32) : c; }
-
 const char* TokenErrorText(int code) {
     switch (code) {
         case TokenReader::EndOfText:
@@ -92,7 +85,7 @@ void TokenReader::RaiseToken(ErrorTypes code) {
 TokenReader::TokenType TokenReader::ReadToken() {
     const std::size_t n = text.size();
     if (pos >= n) RaiseToken(EndOfText);
-    while (pos < n && IsSpace(text[pos])) {
+    while (pos < n && platform::IsAsciiSpace(text[pos])) {
         if (text[pos] == L'\n') ++line;
         ++pos;
     }
@@ -118,12 +111,12 @@ TokenReader::TokenType TokenReader::ReadToken() {
         return type = ClosingBrace;
     }
     std::size_t i = pos;
-    while (i < n && !IsSpace(text[i]) && text[i] != L'(' && text[i] != L')') ++i;
+    while (i < n && !platform::IsAsciiSpace(text[i]) && text[i] != L'(' && text[i] != L')') ++i;
     if (i >= n) RaiseToken(UnendedRun);
     token.assign(text, pos, i - pos);
     pos = i;
-    if (IsAlpha(c)) {
-        for (wchar_t& ch : token) ch = ToUpper(ch);
+    if (platform::IsAsciiAlpha(c)) {
+        for (wchar_t& ch : token) ch = platform::ToAsciiUpper(ch);
         return type = Keyword;
     }
     return type = Number;

@@ -4,7 +4,7 @@
 #include <memory>
 #include <unordered_set>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
 
 namespace quillon {
 
@@ -98,12 +98,10 @@ LAS_Contour* LAS_Contour::MergeFromNode(LAS_Contour* other, int first) {
 bool LAS_Contour::IsValidSum(LAS_Contour* sum, LAS_Contour* other) {
     if (sum == nullptr || other == nullptr) return false;
     // One prepared outline for both tests (the same answers as two GetRelation calls).
-    const double eps = solver->GetSolver2D().GetEpsilon();
-    las_detail::CurveSet outline(las_detail::CurvesOf(sum->GetContour()), eps);
-    return las_detail::Relate(outline, las_detail::CurvesOf(GetContour()), eps) ==
-               Solver2d::Inside &&
-           las_detail::Relate(outline, las_detail::CurvesOf(other->GetContour()), eps) ==
-               Solver2d::Inside;
+    const Solver2d& rel = solver->GetSolver2D();
+    Solver2d::PreparedContour outline = rel.Prepare(sum->GetContour());
+    return rel.GetRelation(outline, GetContour()) == Solver2d::Inside &&
+           rel.GetRelation(outline, other->GetContour()) == Solver2d::Inside;
 }
 
 LAS_Contour* LAS_Contour::Merge(LAS_Contour* other) {

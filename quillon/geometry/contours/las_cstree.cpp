@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
 
 namespace quillon {
 
@@ -13,23 +13,7 @@ LAS_CSNode::LAS_CSNode(LAS_Contour* c, LAS_Solver* owner) : contour(c), solver(o
     if (contour != nullptr) geometry = contour->GetContour();
 }
 
-LAS_CSNode::~LAS_CSNode() {
-    for (LAS_CSNode* c : children) delete c;
-}
-
 int LAS_CSNode::GetState() const { return contour != nullptr ? contour->GetState() : 0; }
-
-void LAS_CSNode::Detach(LAS_CSNode* child) {
-    const auto it = std::find(children.begin(), children.end(), child);
-    if (it != children.end()) children.erase(it);
-    child->parent = nullptr;
-}
-
-void LAS_CSNode::Attach(LAS_CSNode* child) {
-    if (child->parent != nullptr) child->parent->Detach(child);
-    child->parent = this;
-    children.push_back(child);
-}
 
 void LAS_CSNode::SortAdd(LAS_Contour* c) {
     const Solver2d& rel = solver->GetSolver2D();
@@ -109,22 +93,6 @@ ProComplexContour* LAS_CSTree::BuildComplexContour(ProContourFactory* factory) c
 }
 
 // ---- LAS_ContSNode ----------------------------------------------------------------------------
-
-LAS_ContSNode::~LAS_ContSNode() {
-    for (LAS_ContSNode* c : children) delete c;
-}
-
-void LAS_ContSNode::Detach(LAS_ContSNode* child) {
-    const auto it = std::find(children.begin(), children.end(), child);
-    if (it != children.end()) children.erase(it);
-    child->parent = nullptr;
-}
-
-void LAS_ContSNode::Attach(LAS_ContSNode* child) {
-    if (child->parent != nullptr) child->parent->Detach(child);
-    child->parent = this;
-    children.push_back(child);
-}
 
 int LAS_ContSNode::SortAdd(const LAContour* c) {
     const Solver2d& rel = solver->GetSolver2D();

@@ -7,6 +7,7 @@
 
 #include <vector>
 
+#include "quillon/geometry/contours/las_tree_node.h"
 #include "quillon/geometry/contours/pro_contour.h"
 #include "quillon/geometry/plane/la_contour.h"
 
@@ -15,23 +16,15 @@ namespace quillon {
 class LAS_Solver;
 class LAS_Contour;
 
-class LAS_CSNode {
+class LAS_CSNode : public LAS_TreeNode<LAS_CSNode> {
 public:
     LAS_CSNode(LAS_Contour* c, LAS_Solver* owner);
-    ~LAS_CSNode();
-    LAS_CSNode(const LAS_CSNode&) = delete;
-    LAS_CSNode& operator=(const LAS_CSNode&) = delete;
 
     LAS_Contour* GetContour() const { return contour; }
     const LAContour& GetGeometry() const { return geometry; }
-    int GetChildCount() const { return static_cast<int>(children.size()); }
-    LAS_CSNode* GetChild(int i) const { return children[static_cast<std::size_t>(i)]; }
-    LAS_CSNode* GetParent() const { return parent; }
     int GetState() const;
 
     void SortAdd(LAS_Contour* c);
-    // Appends child here, taking it from its former parent.
-    void Attach(LAS_CSNode* child);
     // Removes nodes whose state adds nothing: state 0 right under the root, the parent's own state
     // below it. A removed node's children go to its parent (appended); passes repeat until nothing
     // is removed, then the remaining children are validated in turn.
@@ -41,11 +34,7 @@ public:
                              ProSolidContour* solid) const;
 
 private:
-    void Detach(LAS_CSNode* child);
-
-    LAS_Contour* contour;               // null at the root; not owned
-    std::vector<LAS_CSNode*> children;  // owned
-    LAS_CSNode* parent = nullptr;
+    LAS_Contour* contour;  // null at the root; not owned
     LAS_Solver* solver;
     LAContour geometry;  // the contour's outline, made once for the relation tests
 };
@@ -63,29 +52,19 @@ private:
     LAS_Solver* solver;
 };
 
-class LAS_ContSNode {
+class LAS_ContSNode : public LAS_TreeNode<LAS_ContSNode> {
 public:
     LAS_ContSNode(const LAContour* c, LAS_Solver* owner) : contour(c), solver(owner) {}
-    ~LAS_ContSNode();
-    LAS_ContSNode(const LAS_ContSNode&) = delete;
-    LAS_ContSNode& operator=(const LAS_ContSNode&) = delete;
 
     // As LAS_CSNode::SortAdd; 0 when any relation met on the way was other than 0, 1 or 3
     // (crossing, or partly on the boundary). The contour is placed either way.
     int SortAdd(const LAContour* c);
-    void Attach(LAS_ContSNode* child);
     // Levels alternate: solids at depth 1, 3, ...; holes at depth 2, 4, ...
     void BuildComplexContour(ProContourFactory* factory, ProComplexContour* complex,
                              ProSolidContour* solid, int depth) const;
-    int GetChildCount() const { return static_cast<int>(children.size()); }
-    LAS_ContSNode* GetChild(int i) const { return children[static_cast<std::size_t>(i)]; }
 
 private:
-    void Detach(LAS_ContSNode* child);
-
-    const LAContour* contour;              // null at the root; not owned
-    std::vector<LAS_ContSNode*> children;  // owned
-    LAS_ContSNode* parent = nullptr;
+    const LAContour* contour;  // null at the root; not owned
     LAS_Solver* solver;
 };
 

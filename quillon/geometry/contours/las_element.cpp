@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
 
 namespace quillon {
 
@@ -10,6 +10,15 @@ namespace {
 
 constexpr double kSweepTolerance = 0.0001;  // arc sweeps and midpoints are compared with this
 constexpr double kTangentTurn = 0.5235987755982988;  // π/6
+
+// 1 with the two pieces of a split, 0 when the split did not give two.
+template <typename Piece>
+int TwoPieces(const std::vector<Piece>& pieces, Piece& a, Piece& b) {
+    if (pieces.size() != 2) return 0;
+    a = pieces[0];
+    b = pieces[1];
+    return 1;
+}
 
 }  // namespace
 
@@ -44,8 +53,14 @@ int LAS_Element::IsUsed(int nodeIndex) const {
     return 0;
 }
 
-las_detail::Curve LAS_Element::GetCurve() const {
-    return las_detail::Curve::Line(GetBeginPoint(), GetEndPoint());
+SolverCurve LAS_Element::GetCurve() const {
+    return SolverCurve::Line(GetBeginPoint(), GetEndPoint());
+}
+
+int LAS_Element::CrossCurves(const LAS_Element* other, std::vector<Point2>& points) const {
+    points.clear();
+    if (other == nullptr) return 0;
+    return solver->GetSolver2D().FindCrossPoints(GetCurve(), other->GetCurve(), points);
 }
 
 // ---- LAS_Line ---------------------------------------------------------------------------------
@@ -68,21 +83,15 @@ Point2 LAS_Line::GetPointInfo(int otherEndIndex, double& radius, int& side) {
 }
 
 int LAS_Line::Cross(LAS_Element* other, std::vector<Point2>& points, int) {
-    points.clear();
-    if (other == nullptr) return 0;
-    las_detail::CrossCurves(GetCurve(), other->GetCurve(), solver->GetSolver2D().GetEpsilon(),
-                            points);
-    return static_cast<int>(points.size());
+    return CrossCurves(other, points);
 }
 
 int LAS_Line::Split(const Point2& p, Sector2& a, Sector2& b) const {
     Sector2 s;
     GetLine(s);
     std::vector<Sector2> pieces;
-    if (solver->GetSolver2D().SplitLine(s, p, pieces) != 2) return 0;
-    a = pieces[0];
-    b = pieces[1];
-    return 1;
+    solver->GetSolver2D().SplitLine(s, p, pieces);
+    return TwoPieces(pieces, a, b);
 }
 
 // ---- LAS_Arc ----------------------------------------------------------------------------------
@@ -162,25 +171,19 @@ Point2 LAS_Arc::GetPointInfo(int otherEndIndex, double& radius, int& side) {
 }
 
 int LAS_Arc::Cross(LAS_Element* other, std::vector<Point2>& points, int) {
-    points.clear();
-    if (other == nullptr) return 0;
-    las_detail::CrossCurves(GetCurve(), other->GetCurve(), solver->GetSolver2D().GetEpsilon(),
-                            points);
-    return static_cast<int>(points.size());
+    return CrossCurves(other, points);
 }
 
 int LAS_Arc::Split(const Point2& p, Arc2& a, Arc2& b) const {
     Arc2 arc;
     GetArc(arc);
     std::vector<Arc2> pieces;
-    if (solver->GetSolver2D().SplitArc(arc, p, pieces) != 2) return 0;
-    a = pieces[0];
-    b = pieces[1];
-    return 1;
+    solver->GetSolver2D().SplitArc(arc, p, pieces);
+    return TwoPieces(pieces, a, b);
 }
 
-las_detail::Curve LAS_Arc::GetCurve() const {
-    return las_detail::Curve::Arc(GetBeginPoint(), GetEndPoint(), GetCenterPoint(), sweep);
+SolverCurve LAS_Arc::GetCurve() const {
+    return SolverCurve::Arc(GetBeginPoint(), GetEndPoint(), GetCenterPoint(), sweep);
 }
 
 }  // namespace quillon

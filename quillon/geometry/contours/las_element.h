@@ -10,7 +10,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "quillon/geometry/contours/las_geometry.h"
+#include "quillon/geometry/contours/las_box_grid.h"
+#include "quillon/geometry/contours/solver_curve.h"
 #include "quillon/geometry/plane/plane_types.h"
 
 namespace quillon {
@@ -53,10 +54,14 @@ public:
     void NotifyUsed() { ++useCount; }
     int GetUseCount() const { return useCount; }
 
-    // The element as a curve of the geometry kernel, from the node points.
-    virtual las_detail::Curve GetCurve() const;
+    // The element as a curve between its node points, the form in which Solver2d is asked.
+    virtual SolverCurve GetCurve() const;
 
 protected:
+    // The contacts of the two elements' curves, through the solver's Solver2d: the shared body of
+    // the line's and the arc's Cross.
+    int CrossCurves(const LAS_Element* other, std::vector<Point2>& points) const;
+
     LAS_Solver* solver;
     Type type;
     int begin;
@@ -70,7 +75,7 @@ private:
     friend class LAS_NodeInfo;
 
     std::uint64_t serial = 0;  // creation order: the element list is always sorted by it
-    las_detail::Box box;       // bounds grown by the solver's epsilon, set when listed
+    las_index::Box box;        // Solver2d::ContactBox of the element, set when listed
     // Half-edges known to start a walk round the unbounded face (bit 0 leaving begin, bit 1
     // leaving end): such a walk closes on the same cycle from any of its half-edges, so it need
     // not be traced again.
@@ -121,7 +126,7 @@ public:
     int Cross(LAS_Element* other, std::vector<Point2>& points, int reserve = 4) override;
     int Split(const Point2& p, Arc2& a, Arc2& b) const;
 
-    las_detail::Curve GetCurve() const override;
+    SolverCurve GetCurve() const override;
 
 protected:
     int center = -1;

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
-#include <numbers>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
+#include "quillon/geometry/contours/las_pro_closed_contour.h"
+#include "quillon/geometry/plane/angles.h"
 
 namespace quillon {
 
@@ -31,7 +32,6 @@ bool LAS_FoundContour::IsNodeInContour(LAS_NodeInfo* node) const {
 }
 
 void LAS_FoundContour::ComputeAngles(double& right, double& left) const {
-    constexpr double twoPi = 2.0 * std::numbers::pi;
     right = 0.0;
     left = 0.0;
     const std::size_t n = elements.size();
@@ -40,9 +40,9 @@ void LAS_FoundContour::ComputeAngles(double& right, double& left) const {
         LAS_NodeInfo* node = nodes[j];
         node->AddWalkAngle(elements[j], right, left);
         double g = node->GetClockWiseAngleEx(elements[j], elements[i]);
-        if (g == 0.0 && !node->IsNextClockWise(elements[j], elements[i])) g = twoPi;
+        if (g == 0.0 && !node->IsNextClockWise(elements[j], elements[i])) g = kTwoPi;
         right += g;
-        left += twoPi - g;
+        left += kTwoPi - g;
     }
 }
 

@@ -2,22 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
+#include "quillon/geometry/contours/las_found_contour.h"
+#include "quillon/geometry/plane/angles.h"
 
 namespace quillon {
-
-namespace {
-
-constexpr double kPi = std::numbers::pi;
-constexpr double kTwoPi = 2.0 * std::numbers::pi;
-// Clock angles closer than this are one tangent: the tangent construction of arcs carries
-// rounding noise far below it, while distinct directions of elements longer than epsilon differ
-// by far more.
-constexpr double kClockTie = 1e-11;
-
-}  // namespace
 
 LAS_NodeInfo::LAS_NodeInfo(const Point2& p, LAS_Solver* owner) : point(p), solver(owner) {
     elements.reserve(10);
@@ -88,13 +78,7 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     const Point2 tb = GetElementTangentialPoint(b);
     const double ca = GetClockAngle(ta);
     const double cb = GetClockAngle(tb);
-    // A tie needs the two directions to agree within the tangent construction's noise, and the
-    // tangential points to lie within epsilon of each other's direction: long slender wedges turn
-    // by less than kClockTie and still are two directions.
-    const double gap = std::fabs(ca - cb);
-    if (gap > kClockTie ||
-        gap * std::min(ta.distance(point), tb.distance(point)) > solver->GetSolver2D().GetEpsilon())
-        return cb > ca;
+    if (!solver->GetSolver2D().IsSameDirection(point, ta, ca, tb, cb)) return cb > ca;
     double ra = 0.0, rb = 0.0;
     int sa = 0, sb = 0;
     a->GetPointInfo(GetElementSecondEnd(a), ra, sa);
@@ -107,13 +91,18 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     return rb <= ra;
 }
 
-LAS_Element* LAS_NodeInfo::GetNextClockWise(LAS_Element* e, int skipUsed, int skipCounted) const {
+LAS_Element* LAS_NodeInfo::Neighbour(LAS_Element* e, int direction, int skipUsed,
+                                     int skipCounted) const {
     const int k = IsElementConnected(e);
     if (k < 0) return nullptr;
     const int n = GetElemCount();
     const int self = skipUsed ? GetSelfIndex() : -1;
+    int at = k;
     for (int step = 1; step < n; ++step) {
-        LAS_Element* c = elements[static_cast<std::size_t>((k + step) % n)];
+        at += direction;
+        if (at == n) at = 0;
+        if (at < 0) at = n - 1;
+        LAS_Element* c = elements[static_cast<std::size_t>(at)];
         if (skipUsed && c->IsUsed(self)) continue;
         if (skipCounted && c->GetUseCount() >= 1) continue;
         return c;
@@ -121,18 +110,12 @@ LAS_Element* LAS_NodeInfo::GetNextClockWise(LAS_Element* e, int skipUsed, int sk
     return nullptr;
 }
 
+LAS_Element* LAS_NodeInfo::GetNextClockWise(LAS_Element* e, int skipUsed, int skipCounted) const {
+    return Neighbour(e, 1, skipUsed, skipCounted);
+}
+
 LAS_Element* LAS_NodeInfo::GetPrevClockWise(LAS_Element* e, int skipUsed, int skipCounted) const {
-    const int k = IsElementConnected(e);
-    if (k < 0) return nullptr;
-    const int n = GetElemCount();
-    const int self = skipUsed ? GetSelfIndex() : -1;
-    for (int step = 1; step < n; ++step) {
-        LAS_Element* c = elements[static_cast<std::size_t>((k - step + n) % n)];
-        if (skipUsed && c->IsUsed(self)) continue;
-        if (skipCounted && c->GetUseCount() >= 1) continue;
-        return c;
-    }
-    return nullptr;
+    return Neighbour(e, -1, skipUsed, skipCounted);
 }
 
 double LAS_NodeInfo::GetClockWiseAngle(LAS_Element* a, LAS_Element* b) const {

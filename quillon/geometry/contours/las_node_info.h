@@ -104,6 +104,8 @@ private:
     friend class LAS_FoundContour;
 
     LAS_NodeInfo* FarNode(LAS_Element* e) const;
+    // The shared walk of GetNextClockWise (direction 1) and GetPrevClockWise (-1).
+    LAS_Element* Neighbour(LAS_Element* e, int direction, int skipUsed, int skipCounted) const;
 
     Point2 point;
     LAS_Solver* solver;

@@ -5,15 +5,28 @@
 // Conventions: angles in radians, counter-clockwise positive from +x; arc sweeps signed (positive
 // counter-clockwise). Crossing operations clear their output list first and return its size. A
 // reported crossing point always lies within epsilon of both curves. Nothing here throws.
+//
+// The solver's own pieces are asked about as SolverCurve values (exact end points); the kernel
+// that answers lies behind this class (detail/), so the tolerance is applied in one place.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
+#include <memory>
 #include <vector>
 
+#include "quillon/geometry/contours/las_box_grid.h"
 #include "quillon/geometry/contours/pro_contour.h"
+#include "quillon/geometry/contours/solver_curve.h"
+#include "quillon/geometry/plane/angles.h"
 #include "quillon/geometry/plane/la_contour.h"
 #include "quillon/geometry/plane/plane_types.h"
 
 namespace quillon {
+
+namespace las_detail {
+class CurveSet;
+}
 
 class Solver2d {
 public:
@@ -33,6 +46,22 @@ public:
 
     // True when |p - q| <= epsilon.
     bool AreEqual(const Point2& p, const Point2& q) const { return p.distance(q) <= eps; }
+
+    // True when the sweep is a whole turn within epsilon (kept: the sweep is compared with the
+    // distance tolerance, as stored drawings expect).
+    bool IsFullTurn(double sweep) const { return std::fabs(std::fabs(sweep) - kTwoPi) <= eps; }
+    // True when the directions from `node` towards a and towards b, given also by their clock
+    // angles, are one direction: the angles agree within 1e-11 rad (the rounding noise of the arcs'
+    // tangent construction) and, at the nearer of the two points, the directions lie within
+    // epsilon of each other (long slender wedges turn by less than that angle and still are two
+    // directions).
+    bool IsSameDirection(const Point2& node, const Point2& a, double clockA, const Point2& b,
+                         double clockB) const {
+        constexpr double kClockTie = 1e-11;
+        const double gap = std::fabs(clockA - clockB);
+        if (gap > kClockTie) return false;
+        return !(gap * std::min(a.distance(node), b.distance(node)) > eps);
+    }
 
     // Angle of v from +x in [0, 2π). Within epsilon of an axis the exact axis angle is given:
     // |x| < eps gives 3π/2 (y < 0), π/2 (y > 0) or 0; otherwise |y| < eps gives π (x < 0) or 0.
@@ -88,6 +117,56 @@ public:
     // True when the whole segment (arc) runs along the contour's boundary within epsilon.
     bool IsLineOnContour(const Sector2& s, const LAContour* c) const;
     bool IsArcOnContour(const Arc2& a, const LAContour* c) const;
+
+    // ---- The solver's own pieces, with exact end points ---------------------------------------
+    // The curves of a closed line-arc contour, in edge order; an edge runs to the next edge's
+    // start. Zero-length straight edges, zero sweeps and edges that are not finite are left out.
+    static std::vector<SolverCurve> CurvesOf(const LAContour& c);
+    // Contacts of two curves, as FindLineCrossPoint and its twins report them.
+    int FindCrossPoints(const SolverCurve& a, const SolverCurve& b,
+                        std::vector<Point2>& points) const;
+    // A box that holds every point within epsilon of the curve, with room for the rounding of
+    // coordinates far from the origin: pieces whose boxes stay apart cannot touch.
+    las_index::Box ContactBox(const SolverCurve& k) const;
+    // The point at fraction t of the curve (arcs: of the sweep); t <= 0 and t >= 1 give the ends
+    // exactly.
+    static Point2 PointAlong(const SolverCurve& k, double t);
+    // Angle of p about the arc's centre from its start, in the sweep's own sense, in [0, 2π).
+    static double AngleAlong(const SolverCurve& arc, const Point2& p);
+
+    // ---- Contours prepared for many relation tests ----------------------------------------------
+    // A closed contour's curves and bounds, made once (Prepare) and asked many times; the search
+    // structure for tests against it is built when it is first asked as the outer contour. The
+    // answers are those of GetRelation on the contour itself.
+    class PreparedContour {
+    public:
+        PreparedContour();
+        PreparedContour(PreparedContour&&) noexcept;
+        PreparedContour& operator=(PreparedContour&&) noexcept;
+        ~PreparedContour();
+        bool Empty() const;
+
+    private:
+        friend class Solver2d;
+        const std::vector<SolverCurve>& Curves() const;
+
+        // The curves, moved into `set` when the contour is first tested against (as the outer one).
+        std::vector<SolverCurve> curves;
+        std::unique_ptr<las_detail::CurveSet> set;
+        // Bounds of the curves themselves (not grown), made when first needed.
+        mutable las_index::Box box;
+        mutable bool boxKnown = false;
+    };
+    PreparedContour Prepare(const LAContour& c) const;
+    Relation GetRelation(PreparedContour& first, const LAContour& second) const;
+    // True when `inner` lies inside `outer` (relation Inside) and its bounds inside outer's (a
+    // contour that reaches beyond the outer's box is taken as not inside without further tests).
+    bool IsInside(PreparedContour& outer, const PreparedContour& inner) const;
+
+    // The pieces of the segment inside the complex contour (boundary included), in order from the
+    // segment's begin, touching pieces joined. Returns their number.
+    int GetSectorsInContour(const ProComplexContour* c, const Sector2& s,
+                            std::vector<Sector2>& out) const;
 
 private:
     double eps = 1e-10;

@@ -1,17 +1,11 @@
 #include "quillon/geometry/plane/arc2.h"
 
 #include <cmath>
-#include <numbers>
 
+#include "quillon/geometry/plane/angles.h"
 #include "quillon/geometry/plane/line2.h"
 
 namespace quillon {
-
-namespace {
-
-constexpr double kTwoPi = 2.0 * std::numbers::pi;
-
-}  // namespace
 
 Arc2& Arc2::set(const Circle2& c, double startAngle, double sweepAngle) {
     circle = c;

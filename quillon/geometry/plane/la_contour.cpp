@@ -2,16 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
+#include "quillon/geometry/plane/angles.h"
 #include "quillon/geometry/plane/contour2.h"
 
 namespace quillon {
 
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-constexpr double kTwoPi = 2.0 * std::numbers::pi;
 constexpr double kOneDegree = 0.017453292519943295;
 constexpr double kMaxSmallArc = 2.356194490192345;  // 135°
 constexpr double kInvTwoPi = 0.15915494309189535;

@@ -17,18 +17,18 @@ using las_test::DistinctVertices;
 using las_test::kPi;
 using las_test::RectContour;
 using las_test::SignedArea;
-using Owned = std::unique_ptr<ProComplexContour>;
+using Owned = ShapePtr;
 
 constexpr double kEps = 1e-7;
 
-Owned Shape(const LAContour& outline, const std::vector<LAContour>& holes = {}) {
-    return Owned(las_test::Shape(outline, holes));
-}
-
-// One boolean on a solver of its own (a solver is filled and processed once).
+// One boolean on a solver of its own (a solver is filled and processed once), through the named
+// operations.
 Owned Solve(const Owned& a, const Owned& b, LAS_Solver::Operation op) {
     ProContourFactory f;
-    return Owned(LAS_Solver(kEps).Solv(a.get(), b.get(), op, &f));
+    LAS_Solver s(kEps);
+    if (op == LAS_Solver::Union) return Owned(s.Add(a.get(), b.get(), &f));
+    if (op == LAS_Solver::Difference) return Owned(s.Sub(a.get(), b.get(), &f));
+    return Owned(s.Mul(a.get(), b.get(), &f));
 }
 
 // The closed contours and polylines a solver finds among its loose elements; owns them.
@@ -209,10 +209,10 @@ TEST(LasSolverTest, BooleansOfSquaresDiscsAndRings) {
             int vertices;                 // distinct vertices of the first solid, -1 unchecked
         };
         const auto square = [](double x0, double y0, double x1, double y1) {
-            return Shape(RectContour(x0, y0, x1, y1));
+            return MakeShape(RectContour(x0, y0, x1, y1));
         };
         const auto disc = [](double x, double r, double phase = 0.0) {
-            return Shape(CircleContour({x, 0}, r, phase));
+            return MakeShape(CircleContour({x, 0}, r, phase));
         };
         Case cases[] = {
             {"overlap union", square(0, 0, 2, 2), square(1, 1, 3, 3), Op::Union, 7, 1, 0, 8},
@@ -232,7 +232,7 @@ TEST(LasSolverTest, BooleansOfSquaresDiscsAndRings) {
             {"lens", disc(0, 1), disc(1, 1), Op::Intersection, lens, 1, 0, -1},
             {"two discs", disc(0, 1), disc(1, 1), Op::Union, 2 * kPi - lens, 1, 0, -1},
             {"annulus minus a disc inside its ring",
-             Shape(CircleContour({0, 0}, 3), {CircleContour({0, 0}, 1)}), disc(2, 0.5, 0.3),
+             MakeShape(CircleContour({0, 0}, 3), {CircleContour({0, 0}, 1)}), disc(2, 0.5, 0.3),
              Op::Difference, 7.75 * kPi, 1, 2, -1},
         };
         for (const Case& c : cases) {
@@ -267,28 +267,27 @@ TEST(LasSolverTest, ListUnionNormalizeAndSet) {
     const int before = ProContour::get_contour_allocs();
     {
         ProContourFactory f;
-        std::vector<ProComplexContour*> list = {las_test::Shape(RectContour(0, 0, 2, 1)),
-                                                las_test::Shape(RectContour(1, 0, 3, 1)),
-                                                las_test::Shape(RectContour(2.5, 0.5, 4, 2))};
+        const Owned a = MakeShape(RectContour(0, 0, 2, 1)), b = MakeShape(RectContour(1, 0, 3, 1)),
+                    c = MakeShape(RectContour(2.5, 0.5, 4, 2));
         LAS_Solver s(kEps);
         EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{}, &f), nullptr);
-        EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{list[0]}, &f), list[0]);
-        const Owned u(s.Add(list, &f));
-        ASSERT_NE(u, nullptr);
+        EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{a.get()}, &f), a.get());  // not a copy
+        const Owned u(s.Add({a.get(), b.get(), c.get()}, &f));
         EXPECT_NEAR(Area(u.get()), 3.0 + 1.5 * 1.5 - 0.25, 1e-12);
         EXPECT_EQ(u->ChildrenCount(), 1u);
-        for (ProComplexContour* x : list) delete x;
+        EXPECT_EQ(WriteShapeText(*ShapeUnion({a.get(), b.get(), c.get()}, kEps)),
+                  WriteShapeText(*u));
         // Normalize resolves a solid drawn as two overlapping loops given as one shape.
-        const Owned twice = Shape(RectContour(0, 0, 2, 2));
+        const Owned twice = MakeShape(RectContour(0, 0, 2, 2));
         twice->Attach(f.CreateSolidContour())->SetLAContour(RectContour(1, 1, 3, 3));
-        const Owned norm(LAS_Solver(kEps).Normalize(twice.get(), &f));
+        const Owned norm = NormalizeShape(*twice, kEps);
         EXPECT_NEAR(Area(norm.get()), 7.0, 1e-12);
         EXPECT_EQ(norm->ChildrenCount(), 1u);
         // Set nests plain contours by containment, levels alternating solid, hole, solid.
         std::vector<ProClosedContour*> loops;
-        for (const LAContour& c : {RectContour(0, 0, 10, 10), RectContour(2, 2, 8, 8),
+        for (const LAContour& loop : {RectContour(0, 0, 10, 10), RectContour(2, 2, 8, 8),
                                    RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1)})
-            loops.push_back(new ProClosedContour(c));
+            loops.push_back(new ProClosedContour(loop));
         LAS_Solver t(kEps);
         const Owned set(t.Set(loops, &f, true));
         ASSERT_NE(set, nullptr);
@@ -332,30 +331,27 @@ TEST(LasSolverTest, ComplexContourFromContoursKeepsTheDisjointOrder) {
     EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
-TEST(LasSolverTest, TopAndRightParts) {
-    ProContourFactory f;
-    const auto top = [&](const Owned& c, double level) {
-        return Owned(LAS_Solver(kEps).GetTopPartOfContour(c->SolidChild(0), level, &f));
+TEST(LasSolverTest, TopAndRightPartsAndSectorsInside) {
+    const auto top = [](const Owned& c, double level) {
+        return ShapeAbove(*c->SolidChild(0), level, kEps);
     };
-    const Owned r = Shape(RectContour(0, 0, 3, 10));
+    const Owned r = MakeShape(RectContour(0, 0, 3, 10));
     const Owned upper = top(r, 4.0);
     ASSERT_EQ(upper->ChildrenCount(), 1u);
     EXPECT_NEAR(Area(upper.get()), 18.0, 1e-12);
-    const BoundRect2 box = upper->GetBoundRect();
-    EXPECT_NEAR(box.get_LB().y, 4.0, 1e-12);
-    EXPECT_NEAR(box.get_RT().y, 10.0, 1e-12);
+    EXPECT_NEAR(upper->GetBoundRect().get_LB().y, 4.0, 1e-12);
     EXPECT_EQ(top(r, 12.0)->ChildrenCount(), 0u);
     // A ring cut through its hole, and a disc cut right of its centre (a true half disc).
-    const Owned ringTop = top(Shape(RectContour(0, 0, 10, 10), {RectContour(4, 4, 6, 6)}), 5.0);
+    const Owned ring = MakeShape(RectContour(0, 0, 10, 10), {RectContour(4, 4, 6, 6)});
+    const Owned ringTop = top(ring, 5.0);
     EXPECT_NEAR(Area(ringTop.get()), 48.0, 1e-12);
     EXPECT_EQ(CheckTree(ringTop.get(), kEps), "");
-    const Owned disc = Shape(CircleContour({0, 0}, 2, 1.0));
-    const Owned half(LAS_Solver(kEps).GetRightPartOfContour(disc->SolidChild(0), 0.0, &f));
-    EXPECT_NEAR(Area(half.get()), 2 * kPi, 1e-12);
+    const Owned disc = MakeShape(CircleContour({0, 0}, 2, 1.0));
+    EXPECT_NEAR(Area(ShapeRightOf(*disc->SolidChild(0), 0.0, kEps).get()), 2 * kPi, 1e-12);
     // The solver's own output (with its zero-length closing edges) cuts the same way: a disc
     // with a square hole, cut through the hole.
     const Owned holed =
-        Solve(disc, Shape(RectContour(-0.5, -0.5, 0.5, 0.5)), LAS_Solver::Difference);
+        Solve(disc, MakeShape(RectContour(-0.5, -0.5, 0.5, 0.5)), LAS_Solver::Difference);
     const Owned upperHoled = top(holed, 0.0);
     EXPECT_NEAR(Area(upperHoled.get()), 2 * kPi - 0.5, 1e-12);
     EXPECT_EQ(CheckTree(upperHoled.get(), kEps), "");
@@ -366,18 +362,15 @@ TEST(LasSolverTest, TopAndRightParts) {
     ASSERT_EQ(cut.size(), 4u);
     EXPECT_EQ(cut[1].y, 5.0);
     EXPECT_EQ(cut[2].y, 0.0);
-}
 
-TEST(LasSolverTest, SectorsInsideAComplexContour) {
-    const Owned ring = Shape(RectContour(0, 0, 10, 10), {RectContour(4, 4, 6, 6)});
-    LAS_Solver s(kEps);
-    std::vector<Sector2> out;
-    EXPECT_EQ(s.GetSectorsInContour(ring.get(), Sector2({-5, 5}, {15, 5}), out), 2);
-    EXPECT_NEAR(out[0].get_beg().x, 0.0, 1e-12);
-    EXPECT_NEAR(out[0].get_end().x, 4.0, 1e-12);
-    EXPECT_NEAR(out[1].get_beg().x, 6.0, 1e-12);
-    EXPECT_NEAR(out[1].get_end().x, 10.0, 1e-12);
-    EXPECT_EQ(s.GetSectorsInContour(ring.get(), Sector2({-5, 20}, {15, 20}), out), 0);
+    // The pieces of a segment inside the ring: up to the hole and beyond it.
+    const std::vector<Sector2> in = SegmentInsideShape(*ring, Sector2({-5, 5}, {15, 5}), kEps);
+    ASSERT_EQ(in.size(), 2u);
+    EXPECT_NEAR(in[0].get_beg().x, 0.0, 1e-12);
+    EXPECT_NEAR(in[0].get_end().x, 4.0, 1e-12);
+    EXPECT_NEAR(in[1].get_beg().x, 6.0, 1e-12);
+    EXPECT_NEAR(in[1].get_end().x, 10.0, 1e-12);
+    EXPECT_TRUE(SegmentInsideShape(*ring, Sector2({-5, 20}, {15, 20}), kEps).empty());
 }
 
 TEST(LasSolverTest, TJunctionSplitsOnlyTheCrossedElement) {

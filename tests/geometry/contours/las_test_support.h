@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/geometry/contours/las_solver.h"
 
 namespace quillon::las_test {
@@ -62,20 +63,10 @@ inline LAContour CircleContour(const Point2& c, double r, double phase = 0.0) {
     return k;
 }
 
-// A complex contour owning one solid with the given outline and holes.
+// A complex contour owning one solid with the given outline and holes; the caller owns it.
 inline ProComplexContour* Shape(const LAContour& outline,
                                 const std::vector<LAContour>& holes = {}) {
-    ProContourFactory f;
-    ProComplexContour* c = f.CreateComplexContour();
-    ProSolidContour* s = f.CreateSolidContour();
-    s->SetLAContour(outline);
-    for (const LAContour& h : holes) {
-        ProEmptyContour* e = f.CreateEmptyContour();
-        e->SetLAContour(h);
-        s->Attach(e);
-    }
-    c->Attach(s);
-    return c;
+    return MakeShape(outline, holes).release();
 }
 
 // Distinct vertices of a contour (the zero-length closing edge repeats the first).
@@ -88,11 +79,12 @@ inline int DistinctVertices(const LAContour& c, double eps = 1e-9) {
 
 // Whether two edges of one contour meet anywhere but at the ends they share.
 inline bool SelfCrossing(const LAContour& c, double eps) {
-    const auto curves = las_detail::CurvesOf(c);
+    const Solver2d rel(eps);
+    const auto curves = Solver2d::CurvesOf(c);
     std::vector<Point2> pts;
     for (std::size_t i = 0; i < curves.size(); ++i)
         for (std::size_t j = i + 1; j < curves.size(); ++j) {
-            las_detail::CrossCurves(curves[i], curves[j], eps, pts);
+            rel.FindCrossPoints(curves[i], curves[j], pts);
             for (const Point2& p : pts) {
                 const bool endI = p.distance(curves[i].a) <= eps || p.distance(curves[i].b) <= eps;
                 const bool endJ = p.distance(curves[j].a) <= eps || p.distance(curves[j].b) <= eps;

@@ -8,11 +8,13 @@
 #include <vector>
 
 #include "quillon/geometry/plane/plane_types.h"
+#include "tests/support/checks.h"
 
 namespace quillon {
 namespace {
 
-using Bytes = std::vector<unsigned char>;
+using test_support::Bytes;
+using test_support::Stored;
 
 // Expected records, built value by value in little-endian order independently of the host.
 struct Expect {
@@ -24,15 +26,6 @@ struct Expect {
     Expect& d(double v) { return le(std::bit_cast<std::uint64_t>(v), 8); }
     Expect& i32(std::int32_t v) { return le(static_cast<std::uint32_t>(v), 4); }
 };
-
-template <typename T>
-Bytes Stored(const T& value) {
-    std::ostringstream out;
-    Archive ar(out);
-    ar << value;
-    const std::string s = out.str();
-    return Bytes(s.begin(), s.end());
-}
 
 // Reads `bytes` into `target`; the archive exception's cause, or -1 when the read succeeded.
 template <typename T>

@@ -5,16 +5,14 @@
 #include <random>
 
 #include "quillon/geometry/plane/plane_types.h"
+#include "tests/support/checks.h"
 
 namespace quillon {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-void ExpectNear(const Point2& got, const Point2& want, double tol = 1e-12) {
-    EXPECT_NEAR(got.x, want.x, tol);
-    EXPECT_NEAR(got.y, want.y, tol);
-}
+using test_support::ExpectNear;
 
 struct Random {
     std::mt19937 gen{23};

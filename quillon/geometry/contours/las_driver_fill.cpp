@@ -1,15 +1,16 @@
-#include "quillon/geometry/contours/las_solver.h"
+// Filling the solver: construction, lookups, the indexes of nodes and elements, adding points,
+// lines, arcs and contours, and splitting elements where they cross.
+#include "quillon/geometry/contours/las_driver.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
+
+#include "quillon/geometry/plane/angles.h"
 
 namespace quillon {
 
 namespace {
-
-constexpr double kTwoPi = 2.0 * std::numbers::pi;
 
 bool Finite(const Point2& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
@@ -21,6 +22,14 @@ std::int64_t CellCoordinate(double v, double size) {
     if (!(f > -limit)) return static_cast<std::int64_t>(-limit);
     if (!(f < limit)) return static_cast<std::int64_t>(limit);
     return static_cast<std::int64_t>(f);
+}
+
+// The first element of the list of the same type as x and equal to it, or null.
+template <typename Kind>
+LAS_Element* FirstEqual(const std::vector<LAS_Element*>& list, const Kind& x) {
+    for (LAS_Element* e : list)
+        if (e->GetType() == x.GetType() && *static_cast<const Kind*>(e) == x) return e;
+    return nullptr;
 }
 
 }  // namespace
@@ -125,18 +134,12 @@ int LAS_Solver::FindNode(const Point2& p) {
 
 LAS_Element* LAS_Solver::FindEqualLine(const LAS_Line& l) {
     const auto it = elementsByEnds.find(EndsKey(l.GetBegin(), l.GetEnd()));
-    if (it == elementsByEnds.end()) return nullptr;
-    for (LAS_Element* e : it->second)
-        if (e->GetType() == LAS_Element::Line && *static_cast<LAS_Line*>(e) == l) return e;
-    return nullptr;
+    return it == elementsByEnds.end() ? nullptr : FirstEqual(it->second, l);
 }
 
 LAS_Element* LAS_Solver::FindEqualArc(const LAS_Arc& a) {
     const auto it = elementsByEnds.find(EndsKey(a.GetBegin(), a.GetEnd()));
-    if (it == elementsByEnds.end()) return nullptr;
-    for (LAS_Element* e : it->second)
-        if (e->GetType() == LAS_Element::Arc && *static_cast<LAS_Arc*>(e) == a) return e;
-    return nullptr;
+    return it == elementsByEnds.end() ? nullptr : FirstEqual(it->second, a);
 }
 
 void LAS_Solver::RebuildIndexes() {
@@ -153,7 +156,7 @@ void LAS_Solver::RebuildIndexes() {
 
 void LAS_Solver::EnsureElementGrid() {
     if (elementGrid.Valid()) return;
-    las_detail::Box extent;
+    las_index::Box extent;
     for (const auto& e : elements) extent.Add(e->box);
     double size = 0.0;
     for (const auto& e : elements) size += (e->box.x1 - e->box.x0) + (e->box.y1 - e->box.y0);
@@ -182,10 +185,7 @@ int LAS_Solver::AddPoint(const Point2& p) {
 int LAS_Solver::Enlist(std::unique_ptr<LAS_Element> e) {
     LAS_Element* raw = e.get();
     raw->serial = ++serialCounter;
-    las_detail::Box b = las_detail::CurveBox(raw->GetCurve());
-    const double scale =
-        std::max({std::fabs(b.x0), std::fabs(b.x1), std::fabs(b.y0), std::fabs(b.y1), 1.0});
-    raw->box = b.Grown(2.0 * solver2d.GetEpsilon() + 1e-12 * scale);
+    raw->box = solver2d.ContactBox(raw->GetCurve());
     GetNode(raw->GetBegin())->ConnectElement(raw);
     GetNode(raw->GetEnd())->ConnectElement(raw);
     elements.push_back(std::move(e));
@@ -211,9 +211,9 @@ int LAS_Solver::AddLine(const Sector2& s) { return AddLine(s.get_beg(), s.get_en
 
 int LAS_Solver::AddArc(const Point2& begin, const Point2& end, const Point2& centre, double sweep) {
     if (!std::isfinite(sweep) || sweep == 0.0) return -1;
-    const double turn = std::fabs(std::fabs(sweep) - kTwoPi);
-    if (std::fabs(sweep) > kTwoPi && turn > solver2d.GetEpsilon()) return -1;  // beyond a turn
-    if (turn <= solver2d.GetEpsilon()) {
+    const bool fullTurn = solver2d.IsFullTurn(sweep);
+    if (std::fabs(sweep) > kTwoPi && !fullTurn) return -1;  // beyond a turn
+    if (fullTurn) {
         const double h = sweep / 2.0;
         const double s = std::sin(h), c = std::cos(h);
         const Vector2 r = begin - centre;
@@ -381,300 +381,6 @@ void LAS_Solver::RemoveUnusedPoints() {
     nodes.resize(w);
     sortedNodes.clear();
     RebuildIndexes();
-}
-
-// ---- Sorting and walking ----------------------------------------------------------------------
-
-bool LAS_Solver::IsNextTopLeft(const Point2& a, const Point2& b) {
-    return b.x > a.x || (b.x == a.x && b.y >= a.y);
-}
-
-void LAS_Solver::SortNodesFromTopLeft() {
-    sortedNodes.clear();
-    for (const auto& n : nodes) sortedNodes.push_back(n.get());
-    // Insertion before the first node that does not precede, i.e. a stable sort by (x, y).
-    std::stable_sort(sortedNodes.begin(), sortedNodes.end(),
-                     [](const LAS_NodeInfo* a, const LAS_NodeInfo* b) {
-                         const Point2& p = a->GetPoint();
-                         const Point2& q = b->GetPoint();
-                         return p.x < q.x || (p.x == q.x && p.y < q.y);
-                     });
-}
-
-void LAS_Solver::SolveBaseContours(ProContourFactory* factory,
-                                   std::vector<ProClosedContour*>& closed,
-                                   std::vector<LAContour*>& polylines) {
-    for (LAS_NodeInfo* n : sortedNodes) n->FindContours(factory, closed, polylines, 1);
-}
-
-void LAS_Solver::SolveFreeLines(ProContourFactory*, std::vector<ProClosedContour*>&,
-                                std::vector<LAContour*>& polylines) {
-    for (LAS_NodeInfo* n : sortedNodes) n->FindPolylines(polylines);
-}
-
-void LAS_Solver::SolveBaseLASContours() {
-    std::vector<ProClosedContour*> closed;
-    std::vector<LAContour*> lists;
-    for (LAS_NodeInfo* n : sortedNodes) n->FindContours(nullptr, closed, lists, 0);
-}
-
-void LAS_Solver::FindContours(const std::vector<LAContour*>& input, ProContourFactory* factory,
-                              std::vector<ProClosedContour*>& closed,
-                              std::vector<LAContour*>& polylines) {
-    AddLAContours(input, 1);
-    SortNodesFromTopLeft();
-    SolveBaseContours(factory, closed, polylines);
-    SolveFreeLines(factory, closed, polylines);
-}
-
-// ---- Boolean operations -----------------------------------------------------------------------
-
-bool LAS_Solver::Inside(const LAContour* outer, const std::vector<las_detail::Curve>& inner,
-                        const las_detail::Box& innerBox) const {
-    if (outer == nullptr || inner.empty()) return false;
-    const double eps = solver2d.GetEpsilon();
-    Prepared local;
-    Prepared* p = &local;
-    if (keepPrepared) p = &prepared[outer];
-    if (!p->set) {
-        p->set = std::make_unique<las_detail::CurveSet>(las_detail::CurvesOf(*outer), eps);
-        p->box = p->set->Bounds();
-    }
-    // Inside needs every point of the inner contour in the outer's closed region.
-    const las_detail::Box& ob = p->box;
-    if (p->set->Curves().empty() || innerBox.x0 < ob.x0 || innerBox.x1 > ob.x1 ||
-        innerBox.y0 < ob.y0 || innerBox.y1 > ob.y1)
-        return false;
-    return las_detail::Relate(*p->set, inner, eps) == Solver2d::Inside;
-}
-
-int LAS_Solver::IsContourInComplexContour(const LAContour* l, const ProComplexContour* c) const {
-    if (c == nullptr || l == nullptr) return 0;
-    const std::vector<las_detail::Curve> inner = las_detail::CurvesOf(*l);
-    las_detail::Box box;
-    for (const las_detail::Curve& k : inner) box.Add(las_detail::CurveBox(k));
-    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
-        const ProSolidContour* s = c->SolidChild(i);
-        if (s == nullptr) continue;
-        for (unsigned long j = 0; j < s->ChildrenCount(); ++j) {
-            const auto* hole = dynamic_cast<const ProEmptyContour*>(s->ClosedChild(j));
-            if (hole != nullptr && Inside(hole, inner, box)) return 0;
-        }
-        if (Inside(s, inner, box)) return 1;
-    }
-    return 0;
-}
-
-void LAS_Solver::SetBaseContourState(const ProComplexContour* a, const ProComplexContour* b,
-                                     Operation op) {
-    keepPrepared = true;
-    for (const auto& c : baseContours) {
-        const LAContour l = c->GetContour();
-        const int inA = IsContourInComplexContour(&l, a);
-        const int inB = b != nullptr ? IsContourInComplexContour(&l, b) : 0;
-        int state = 0;
-        switch (op) {
-            case Union:
-                state = (inA || inB) ? 1 : 0;
-                break;
-            case Difference:
-                state = (inA && !inB) ? 1 : 0;
-                break;
-            case Intersection:
-                state = (inA && inB) ? 1 : 0;
-                break;
-        }
-        c->SetState(state);
-    }
-    keepPrepared = false;
-    prepared.clear();
-}
-
-int LAS_Solver::MergeBaseContour(int i) {
-    LAS_Contour* ci = GetBaseContour(i);
-    if (ci == nullptr) return 0;
-    for (int j = i + 1; j < GetBaseContourCount(); ++j) {
-        LAS_Contour* cj = GetBaseContour(j);
-        if (ci->GetState() != cj->GetState()) continue;
-        LAS_Contour* m = ci->Merge(cj);
-        if (m == nullptr) continue;
-        m->SetState(ci->GetState());
-        baseContours[static_cast<std::size_t>(i)].reset(m);
-        baseContours.erase(baseContours.begin() + j);
-        return 1;
-    }
-    return 0;
-}
-
-void LAS_Solver::MergeBaseContours() {
-    // Each merge removes a contour from the list, so this ends.
-    int i = 0;
-    while (i < GetBaseContourCount())
-        if (MergeBaseContour(i) == 0) ++i;
-}
-
-ProComplexContour* LAS_Solver::ComplexContourFromBase(ProContourFactory* factory) {
-    if (factory == nullptr) return nullptr;
-    LAS_CSTree tree(this);
-    std::vector<LAS_Contour*> list;
-    list.reserve(baseContours.size());
-    for (const auto& c : baseContours) list.push_back(c.get());
-    tree.Sort(list);
-    return tree.BuildComplexContour(factory);
-}
-
-ProComplexContour* LAS_Solver::Solv(const ProComplexContour* a, const ProComplexContour* b,
-                                    Operation op, ProContourFactory* factory) {
-    AddComplexContour(a);
-    AddComplexContour(b);
-    SplitEdges();
-    SortNodesFromTopLeft();
-    SolveBaseLASContours();
-    SetBaseContourState(a, b, op);
-    MergeBaseContours();
-    return ComplexContourFromBase(factory);
-}
-
-ProComplexContour* LAS_Solver::Add(const std::vector<ProComplexContour*>& list,
-                                   ProContourFactory* factory) {
-    if (list.empty()) return nullptr;
-    ProComplexContour* r = list.front();
-    for (std::size_t k = 1; k < list.size(); ++k) {
-        LAS_Solver step(solver2d.GetEpsilon());
-        ProComplexContour* next = step.Add(r, list[k], factory);
-        if (r != list.front()) delete r;
-        r = next;
-    }
-    return r;
-}
-
-ProComplexContour* LAS_Solver::Normalize(const ProComplexContour* c, ProContourFactory* factory) {
-    AddComplexContour(c);
-    SplitEdges();
-    SortNodesFromTopLeft();
-    SolveBaseLASContours();
-    SetBaseContourState(c, nullptr, Union);
-    MergeBaseContours();
-    return ComplexContourFromBase(factory);
-}
-
-ProComplexContour* LAS_Solver::Set(const std::vector<ProClosedContour*>& contours,
-                                   ProContourFactory* factory, bool strict) {
-    if (factory == nullptr) return nullptr;
-    LAS_ContSTree tree(this, strict);
-    if (!tree.Sort(contours) && strict) return nullptr;
-    return tree.BuildComplexContour(factory);
-}
-
-ProComplexContour* LAS_Solver::ComplexContourFromContours(std::vector<ProClosedContour*> contours,
-                                                          ProContourFactory* factory) {
-    contours.erase(std::remove(contours.begin(), contours.end(), nullptr), contours.end());
-    ProComplexContour* result = nullptr;
-    const auto solid = [&](const ProClosedContour* c) -> ProSolidContour* {
-        ProSolidContour* s = factory->CreateSolidContour();
-        if (s != nullptr) {
-            s->SetLAContour(*c);
-            result->Attach(s);
-        }
-        return s;
-    };
-    const auto hole = [&](ProSolidContour* s, const ProClosedContour* c) {
-        if (s == nullptr) return;
-        if (ProEmptyContour* h = factory->CreateEmptyContour()) {
-            h->SetLAContour(*c);
-            s->Attach(h);
-        }
-    };
-    if (factory != nullptr) {
-        if (contours.size() <= 2) result = factory->CreateComplexContour();
-        if (result != nullptr && contours.size() == 1) {
-            solid(contours[0]);
-        } else if (result != nullptr && contours.size() == 2) {
-            switch (solver2d.GetRelation(contours[0], contours[1])) {
-                case Solver2d::Inside:
-                    hole(solid(contours[0]), contours[1]);
-                    break;
-                case Solver2d::Encloses:
-                    hole(solid(contours[1]), contours[0]);
-                    break;
-                case Solver2d::Disjoint:
-                    solid(contours[1]);
-                    solid(contours[0]);
-                    break;
-                default:
-                    delete result;
-                    result = nullptr;
-                    break;
-            }
-        } else if (contours.size() > 2) {
-            result = Set(contours, factory, true);
-        }
-    }
-    for (ProClosedContour* c : contours) delete c;
-    return result;
-}
-
-// ---- Pieces inside a shape --------------------------------------------------------------------
-
-int LAS_Solver::GetSectorsInContour(const ProComplexContour* c, const Sector2& s,
-                                    std::vector<Sector2>& out) {
-    out.clear();
-    if (c == nullptr) return 0;
-    const double eps = solver2d.GetEpsilon();
-    const las_detail::Curve k = las_detail::Curve::Line(s.get_beg(), s.get_end());
-    if (k.a.distance(k.b) <= eps) return 0;
-    struct Region {
-        std::unique_ptr<las_detail::CurveSet> outline;
-        std::vector<std::unique_ptr<las_detail::CurveSet>> holes;
-    };
-    std::vector<Region> regions;
-    std::vector<double> params, ps;
-    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
-        const ProSolidContour* solid = c->SolidChild(i);
-        if (solid == nullptr) continue;
-        Region r;
-        r.outline = std::make_unique<las_detail::CurveSet>(las_detail::CurvesOf(*solid), eps);
-        for (unsigned long j = 0; j < solid->ChildrenCount(); ++j)
-            r.holes.push_back(std::make_unique<las_detail::CurveSet>(
-                las_detail::CurvesOf(*solid->ClosedChild(j)), eps));
-        r.outline->SplitParams(k, ps);
-        params.insert(params.end(), ps.begin(), ps.end());
-        for (auto& h : r.holes) {
-            h->SplitParams(k, ps);
-            params.insert(params.end(), ps.begin(), ps.end());
-        }
-        regions.push_back(std::move(r));
-    }
-    std::sort(params.begin(), params.end());
-    params.insert(params.begin(), 0.0);
-    params.push_back(1.0);
-    const auto inside = [&](const Point2& p) {
-        for (Region& r : regions) {
-            if (!r.outline->OnBoundary(p) && r.outline->Winding(p) == 0) continue;
-            bool inHole = false;
-            for (auto& h : r.holes)
-                if (!h->OnBoundary(p) && h->Winding(p) != 0) inHole = true;
-            if (!inHole) return true;
-        }
-        return false;
-    };
-    bool open = false;
-    Point2 from;
-    for (std::size_t i = 0; i + 1 < params.size(); ++i) {
-        const Point2 a = las_detail::CurvePoint(k, params[i]);
-        const Point2 b = las_detail::CurvePoint(k, params[i + 1]);
-        if (a.distance(b) <= eps) continue;
-        const bool in = inside(las_detail::CurvePoint(k, (params[i] + params[i + 1]) / 2.0));
-        if (in && !open) {
-            open = true;
-            from = a;
-        } else if (!in && open) {
-            open = false;
-            out.emplace_back(from, a);
-        }
-    }
-    if (open) out.emplace_back(from, k.b);
-    return static_cast<int>(out.size());
 }
 
 }  // namespace quillon

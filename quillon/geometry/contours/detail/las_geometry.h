@@ -1,6 +1,8 @@
-// Geometry kernel of the contour solver: one curve type for straight and circular pieces, their
-// distances, crossings and splits, a winding-number inside test that treats arcs exactly, and a
-// uniform grid over boxes that lets the solver and the relation tests skip far-apart pairs.
+// Geometry kernel of the contour solver, included by Solver2d's sources alone (the solver and its
+// graph ask Solver2d, which holds the tolerance). Implemented in solver2d_kernel.cpp.
+//
+// Distances, crossings and splits of straight and circular pieces (SolverCurve), a winding-number
+// inside test that treats arcs exactly, and contours prepared for many queries over a box grid.
 //
 // Everything here works with one absolute distance tolerance `eps`: two points closer than or as
 // close as eps are one point, a point within eps of a curve lies on it. Crossing reports are built
@@ -11,38 +13,15 @@
 #include <cstdint>
 #include <vector>
 
+#include "quillon/geometry/contours/las_box_grid.h"
+#include "quillon/geometry/contours/solver_curve.h"
 #include "quillon/geometry/plane/la_contour.h"
-#include "quillon/geometry/plane/plane_types.h"
 
 namespace quillon::las_detail {
 
-// An axis-aligned box; `Empty()` boxes hold nothing.
-struct Box {
-    double x0 = 1.0, y0 = 1.0, x1 = -1.0, y1 = -1.0;
-
-    bool Empty() const { return !(x0 <= x1 && y0 <= y1); }
-    void Add(const Point2& p);
-    void Add(const Box& b);
-    Box Grown(double d) const { return {x0 - d, y0 - d, x1 + d, y1 + d}; }
-    bool Overlaps(const Box& b) const {
-        return !Empty() && !b.Empty() && x0 <= b.x1 && b.x0 <= x1 && y0 <= b.y1 && b.y0 <= y1;
-    }
-};
-
-// A straight piece a -> b (type 0) or a circular piece (type 1) from a about c by the signed
-// sweep, ending at b; r is |a - c|. A sweep of magnitude 2π or more is a whole circle (b == a).
-struct Curve {
-    int type = 0;
-    Point2 a, b, c;
-    double sweep = 0.0;
-    double r = 0.0;
-
-    static Curve Line(const Point2& a, const Point2& b);
-    static Curve Arc(const Point2& a, const Point2& b, const Point2& c, double sweep);
-    bool IsFullCircle() const;
-};
-
-constexpr double kTwoPi = 6.283185307179586;
+using Curve = SolverCurve;
+using las_index::Box;
+using las_index::BoxGrid;
 
 // Angle of p about the arc's centre measured from a in the sweep's own sense, in [0, 2π).
 double ArcParam(const Curve& arc, const Point2& p);
@@ -76,34 +55,8 @@ double WindingAngle(const Curve& k, const Point2& p);
 // Straight edges of zero length and arcs of zero sweep between equal points are left out.
 std::vector<Curve> CurvesOf(const LAContour& c);
 
-// A uniform grid of cells over a fixed extent; each item is registered in the cells its box
-// overlaps. Queries give the candidates whose cells meet the box, each once, in no fixed order.
-class BoxGrid {
-public:
-    // itemSize: the typical width of an item's box (0 when unknown).
-    void Build(const Box& extent, std::size_t expected, double itemSize = 0.0);
-    bool Valid() const { return !cells.empty(); }
-    void Clear() {
-        cells.clear();
-        stamp.clear();
-    }
-    // False when the box is not inside the extent (the item is then not registered).
-    bool Insert(int id, const Box& b);
-    void Remove(int id, const Box& b);
-    void Query(const Box& b, std::vector<int>& out);
-
-private:
-    void Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const;
-
-    Box ext;
-    int nx = 0, ny = 0;
-    double cw = 1.0, ch = 1.0;
-    std::vector<std::vector<int>> cells;
-    std::vector<std::uint32_t> stamp;  // per id: last query that returned it
-    std::uint32_t query = 0;
-};
-
-// A closed contour prepared for many queries: its curves, a grid over them and the tolerance.
+// A closed contour prepared for many queries: its curves, a grid over them (built on the first
+// query that needs it) and the tolerance.
 class CurveSet {
 public:
     CurveSet(std::vector<Curve> curves, double eps);
@@ -118,6 +71,8 @@ public:
     void SplitParams(const Curve& k, std::vector<double>& params);
 
 private:
+    void EnsureGrid();
+
     std::vector<Curve> curves;
     std::vector<Box> boxes;
     Box bounds;

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/contours/las_driver.h"
 
 namespace quillon {
 
@@ -42,7 +42,7 @@ int LAS_Solver::AddLineOnlyHalf(const Point2& a, const Point2& b, double level, 
 int LAS_Solver::AddArcOnlyHalf(const Point2& begin, const Point2& end, const Point2& centre,
                                double sweep, double level, bool top, std::vector<Point2>& cut) {
     if (!std::isfinite(sweep) || sweep == 0.0) return -1;
-    const las_detail::Curve arc = las_detail::Curve::Arc(begin, end, centre, sweep);
+    const SolverCurve arc = SolverCurve::Arc(begin, end, centre, sweep);
     const double r = arc.r;
     if (!(r > 0.0)) return -1;
     if (std::fabs(Level(begin, top) - level) < kCut) AddPtToSortedVector(cut, begin, top);
@@ -57,7 +57,7 @@ int LAS_Solver::AddArcOnlyHalf(const Point2& begin, const Point2& end, const Poi
         if (2.0 * w > kCut) {
             for (const Point2& h : hits) {
                 if (h.distance(begin) < kCut || h.distance(end) < kCut) continue;
-                const double t = las_detail::ArcParam(arc, h);
+                const double t = Solver2d::AngleAlong(arc, h);
                 if (t < std::fabs(sweep)) {
                     params.push_back(t / std::fabs(sweep));
                     AddPtToSortedVector(cut, h, top);
@@ -71,10 +71,10 @@ int LAS_Solver::AddArcOnlyHalf(const Point2& begin, const Point2& end, const Poi
     int last = -1;
     for (std::size_t i = 0; i + 1 < params.size(); ++i) {
         const double t0 = params[i], t1 = params[i + 1];
-        const Point2 mid = las_detail::CurvePoint(arc, (t0 + t1) / 2.0);
+        const Point2 mid = Solver2d::PointAlong(arc, (t0 + t1) / 2.0);
         if (Level(mid, top) < level) continue;
-        const Point2 p0 = las_detail::CurvePoint(arc, t0);
-        const Point2 p1 = las_detail::CurvePoint(arc, t1);
+        const Point2 p0 = Solver2d::PointAlong(arc, t0);
+        const Point2 p1 = Solver2d::PointAlong(arc, t1);
         const int k = AddArc(p0, p1, centre, sweep * (t1 - t0));
         if (k >= 0) last = k;
     }

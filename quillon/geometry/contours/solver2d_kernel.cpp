@@ -1,14 +1,13 @@
-#include "quillon/geometry/contours/las_geometry.h"
+// The geometry kernel declared in detail/las_geometry.h. It sits beside Solver2d, its only client,
+// because the module builds the sources of its own folder.
+#include "quillon/geometry/contours/detail/las_geometry.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace quillon::las_detail {
 
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 double Cross(const Vector2& u, const Vector2& v) { return u.x * v.y - u.y * v.x; }
 // Plain square root of the sum of squares: the coordinates here are far from overflow, and this
@@ -47,45 +46,6 @@ void AddUnique(std::vector<Point2>& out, const Point2& x, double eps) {
 }
 
 }  // namespace
-
-void Box::Add(const Point2& p) {
-    if (Empty()) {
-        x0 = x1 = p.x;
-        y0 = y1 = p.y;
-        return;
-    }
-    x0 = std::min(x0, p.x);
-    x1 = std::max(x1, p.x);
-    y0 = std::min(y0, p.y);
-    y1 = std::max(y1, p.y);
-}
-
-void Box::Add(const Box& b) {
-    if (b.Empty()) return;
-    Add(Point2(b.x0, b.y0));
-    Add(Point2(b.x1, b.y1));
-}
-
-Curve Curve::Line(const Point2& a, const Point2& b) {
-    Curve k;
-    k.type = 0;
-    k.a = a;
-    k.b = b;
-    return k;
-}
-
-Curve Curve::Arc(const Point2& a, const Point2& b, const Point2& c, double sweep) {
-    Curve k;
-    k.type = 1;
-    k.a = a;
-    k.b = b;
-    k.c = c;
-    k.sweep = sweep;
-    k.r = Dist(a, c);
-    return k;
-}
-
-bool Curve::IsFullCircle() const { return type == 1 && std::fabs(sweep) >= kTwoPi - 1e-12; }
 
 double ArcParam(const Curve& arc, const Point2& p) {
     const Vector2 v0 = arc.a - arc.c, v = p - arc.c;
@@ -267,104 +227,16 @@ std::vector<Curve> CurvesOf(const LAContour& c) {
     return out;
 }
 
-void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
-    ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;
-    double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
-    if (!std::isfinite(w) || !std::isfinite(h)) {
-        // Unbounded input: one cell holds everything (slow but exact).
-        ext = Box{0.0, 0.0, 1.0, 1.0};
-        w = h = 0.0;
-    }
-    // The cell of a uniform spread of the items, made smaller when the items are smaller (they
-    // crowd along a thin outline), so each cell holds a few items; at most 4 cells per item.
-    const double n = std::max(1.0, static_cast<double>(expected));
-    const double budget = std::clamp(4.0 * n, 16.0, 4.0e6);
-    double cell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / n) : std::max(w, h) / n;
-    if (itemSize > 0.0) cell = std::min(cell, 2.0 * itemSize);
-    if (!(cell > 0.0)) cell = 1.0;
-    const double minCell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / budget) : 0.0;
-    cell = std::max(cell, minCell);
-    nx = static_cast<int>(std::clamp(std::ceil(w / cell), 1.0, 4096.0));
-    ny = static_cast<int>(std::clamp(std::ceil(h / cell), 1.0, 4096.0));
-    while (static_cast<double>(nx) * ny > budget && (nx > 1 || ny > 1)) {
-        nx = std::max(1, nx / 2);
-        ny = std::max(1, ny / 2);
-    }
-    cw = w > 0.0 ? w / nx : 1.0;
-    ch = h > 0.0 ? h / ny : 1.0;
-    cells.assign(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny), {});
-    stamp.clear();
-    query = 0;
-}
-
-void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
-    const auto cell = [](double v, double origin, double size, int n) {
-        const double f = std::floor((v - origin) / size);
-        if (!(f >= 0.0)) return 0;  // below the extent, or not a number
-        if (f >= n - 1) return n - 1;
-        return static_cast<int>(f);
-    };
-    i0 = cell(b.x0, ext.x0, cw, nx);
-    i1 = cell(b.x1, ext.x0, cw, nx);
-    j0 = cell(b.y0, ext.y0, ch, ny);
-    j1 = cell(b.y1, ext.y0, ch, ny);
-}
-
-bool BoxGrid::Insert(int id, const Box& b) {
-    if (!Valid() || b.Empty()) return false;
-    int i0, j0, i1, j1;
-    Range(b, i0, j0, i1, j1);
-    for (int j = j0; j <= j1; ++j)
-        for (int i = i0; i <= i1; ++i)
-            cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
-                  static_cast<std::size_t>(i)]
-                .push_back(id);
-    return true;
-}
-
-void BoxGrid::Remove(int id, const Box& b) {
-    if (!Valid() || b.Empty()) return;
-    int i0, j0, i1, j1;
-    Range(b, i0, j0, i1, j1);
-    for (int j = j0; j <= j1; ++j)
-        for (int i = i0; i <= i1; ++i) {
-            auto& cell = cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
-                               static_cast<std::size_t>(i)];
-            const auto it = std::find(cell.begin(), cell.end(), id);
-            if (it != cell.end()) {
-                *it = cell.back();
-                cell.pop_back();
-            }
-        }
-}
-
-void BoxGrid::Query(const Box& b, std::vector<int>& out) {
-    out.clear();
-    if (!Valid() || b.Empty()) return;
-    if (++query == 0) {
-        std::fill(stamp.begin(), stamp.end(), 0u);
-        query = 1;
-    }
-    int i0, j0, i1, j1;
-    Range(b, i0, j0, i1, j1);
-    for (int j = j0; j <= j1; ++j)
-        for (int i = i0; i <= i1; ++i)
-            for (int id : cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
-                                static_cast<std::size_t>(i)]) {
-                const std::size_t k = static_cast<std::size_t>(id);
-                if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
-                if (stamp[k] == query) continue;
-                stamp[k] = query;
-                out.push_back(id);
-            }
-}
-
 CurveSet::CurveSet(std::vector<Curve> cs, double e) : curves(std::move(cs)), eps(e) {
     boxes.reserve(curves.size());
     for (const Curve& k : curves) {
         boxes.push_back(CurveBox(k).Grown(2.0 * eps));
         bounds.Add(boxes.back());
     }
+}
+
+void CurveSet::EnsureGrid() {
+    if (grid.Valid()) return;
     double size = 0.0;
     for (const Box& b : boxes) size += (b.x1 - b.x0) + (b.y1 - b.y0);
     grid.Build(bounds, curves.size(),
@@ -375,6 +247,7 @@ CurveSet::CurveSet(std::vector<Curve> cs, double e) : curves(std::move(cs)), eps
 bool CurveSet::OnBoundary(const Point2& p) {
     Box b;
     b.Add(p);
+    EnsureGrid();
     grid.Query(b, scratch);
     for (int id : scratch) {
         const Box& cb = boxes[static_cast<std::size_t>(id)];
@@ -395,6 +268,7 @@ int CurveSet::Winding(const Point2& p) const {
 
 void CurveSet::SplitParams(const Curve& k, std::vector<double>& params) {
     params.clear();
+    EnsureGrid();
     grid.Query(CurveBox(k).Grown(2.0 * eps), scratch);
     std::sort(scratch.begin(), scratch.end());
     const Box kb = CurveBox(k).Grown(2.0 * eps);

@@ -1,0 +1,100 @@
+#include "quillon/geometry/contours/las_box_grid.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillon::las_index {
+
+void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
+    ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;
+    double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
+    if (!std::isfinite(w) || !std::isfinite(h)) {
+        // Unbounded input: one cell holds everything (slow but exact).
+        ext = Box{0.0, 0.0, 1.0, 1.0};
+        w = h = 0.0;
+    }
+    // The cell of a uniform spread of the items, made smaller when the items are smaller (they
+    // crowd along a thin outline), so each cell holds a few items; at most 4 cells per item.
+    const double n = std::max(1.0, static_cast<double>(expected));
+    const double budget = std::clamp(4.0 * n, 16.0, 4.0e6);
+    double cell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / n) : std::max(w, h) / n;
+    if (itemSize > 0.0) cell = std::min(cell, 2.0 * itemSize);
+    if (!(cell > 0.0)) cell = 1.0;
+    const double minCell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / budget) : 0.0;
+    cell = std::max(cell, minCell);
+    nx = static_cast<int>(std::clamp(std::ceil(w / cell), 1.0, 4096.0));
+    ny = static_cast<int>(std::clamp(std::ceil(h / cell), 1.0, 4096.0));
+    while (static_cast<double>(nx) * ny > budget && (nx > 1 || ny > 1)) {
+        nx = std::max(1, nx / 2);
+        ny = std::max(1, ny / 2);
+    }
+    cw = w > 0.0 ? w / nx : 1.0;
+    ch = h > 0.0 ? h / ny : 1.0;
+    cells.assign(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny), {});
+    stamp.clear();
+    query = 0;
+}
+
+void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
+    const auto cell = [](double v, double origin, double size, int n) {
+        const double f = std::floor((v - origin) / size);
+        if (!(f >= 0.0)) return 0;  // below the extent, or not a number
+        if (f >= n - 1) return n - 1;
+        return static_cast<int>(f);
+    };
+    i0 = cell(b.x0, ext.x0, cw, nx);
+    i1 = cell(b.x1, ext.x0, cw, nx);
+    j0 = cell(b.y0, ext.y0, ch, ny);
+    j1 = cell(b.y1, ext.y0, ch, ny);
+}
+
+bool BoxGrid::Insert(int id, const Box& b) {
+    if (!Valid() || b.Empty()) return false;
+    int i0, j0, i1, j1;
+    Range(b, i0, j0, i1, j1);
+    for (int j = j0; j <= j1; ++j)
+        for (int i = i0; i <= i1; ++i)
+            cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                  static_cast<std::size_t>(i)]
+                .push_back(id);
+    return true;
+}
+
+void BoxGrid::Remove(int id, const Box& b) {
+    if (!Valid() || b.Empty()) return;
+    int i0, j0, i1, j1;
+    Range(b, i0, j0, i1, j1);
+    for (int j = j0; j <= j1; ++j)
+        for (int i = i0; i <= i1; ++i) {
+            auto& cell = cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                               static_cast<std::size_t>(i)];
+            const auto it = std::find(cell.begin(), cell.end(), id);
+            if (it != cell.end()) {
+                *it = cell.back();
+                cell.pop_back();
+            }
+        }
+}
+
+void BoxGrid::Query(const Box& b, std::vector<int>& out) {
+    out.clear();
+    if (!Valid() || b.Empty()) return;
+    if (++query == 0) {
+        std::fill(stamp.begin(), stamp.end(), 0u);
+        query = 1;
+    }
+    int i0, j0, i1, j1;
+    Range(b, i0, j0, i1, j1);
+    for (int j = j0; j <= j1; ++j)
+        for (int i = i0; i <= i1; ++i)
+            for (int id : cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                                static_cast<std::size_t>(i)]) {
+                const std::size_t k = static_cast<std::size_t>(id);
+                if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
+                if (stamp[k] == query) continue;
+                stamp[k] = query;
+                out.push_back(id);
+            }
+}
+
+}  // namespace quillon::las_index

@@ -1,0 +1,75 @@
+#include "quillon/geometry/contours/contour_ops.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/geometry/contours/las_test_support.h"
+
+namespace quillon {
+namespace {
+
+using las_test::Area;
+using las_test::kPi;
+
+double AreaOf(const ShapePtr& s) { return Area(s.get()); }
+
+// A plate drawn with overshooting lines and a circle: one solid with one hole, the overshoots free.
+TEST(ContourOps, SolveElementsNestsFacesAndKeepsTheOvershoots) {
+    const std::vector<LooseElement> drawing = {
+        LooseElement::MakeLine({-5, 0}, {105, 0}),
+        LooseElement::MakeLine({100, -5}, {100, 65}),
+        LooseElement::MakeLine({105, 60}, {0, 60}),
+        LooseElement::MakeLine({0, 60}, {0, 0}),
+        LooseElement::MakeArc({65, 30}, {65, 30}, {50, 30}, 2 * kPi),
+        LooseElement::MakeLine({1, 1}, {1, 1}),  // degenerate: left out
+    };
+    const SolvedShape solved = SolveElements(drawing, 1e-6);
+    ASSERT_EQ(solved.shape->ChildrenCount(), 1u);
+    EXPECT_EQ(solved.shape->SolidChild(0)->ChildrenCount(), 1u);
+    EXPECT_EQ(solved.faces, 2u);
+    EXPECT_EQ(solved.polylines.size(), 4u);
+    EXPECT_NEAR(AreaOf(solved.shape), 6000.0 - kPi * 225.0, 1e-9);
+    EXPECT_EQ(las_test::CheckTree(solved.shape.get(), 1e-6), "");
+    EXPECT_EQ(SolveElements({}, 1e-6).shape->ChildrenCount(), 0u);
+}
+
+// The area identities of the booleans are checked on 1100 seeded pairs (las_property_test); here
+// the list union: the fold of pairwise unions, a copy of a single shape, an empty shape of none.
+TEST(ContourOps, UnionOfAList) {
+    const double eps = 1e-7;
+    const ShapePtr a = MakeShape(las_test::RectContour(0, 0, 2, 2)),
+                   b = MakeShape(las_test::CircleContour({2, 2}, 1)),
+                   c = MakeShape(las_test::RectContour(2.5, 0, 4, 5));
+    const ShapePtr folded = ShapeUnion(*ShapeUnion(*a, *b, eps), *c, eps);
+    EXPECT_EQ(WriteShapeText(*ShapeUnion({a.get(), nullptr, b.get(), c.get()}, eps)),
+              WriteShapeText(*folded));
+    const ShapePtr copy = ShapeUnion({b.get()}, eps);
+    EXPECT_NE(copy.get(), b.get());
+    EXPECT_EQ(WriteShapeText(*copy), WriteShapeText(*b));
+    EXPECT_EQ(ShapeUnion(std::vector<const ProComplexContour*>{}, eps)->ChildrenCount(), 0u);
+}
+
+TEST(ContourOps, ShapeTextRoundTripsWithAndWithoutUnit) {
+    const ShapePtr shape =
+        MakeShape(las_test::RectContour(-2, -1, 4, 5), {las_test::RectContour(0, 1, 1, 2)});
+    const std::wstring bare = WriteShapeText(*shape);
+    const std::wstring withUnit = WriteShapeText(*shape, L"cm");
+    EXPECT_EQ(withUnit, L"\"cm\"" + bare);
+    const ShapeText a = ReadShapeText(L" \n" + bare);
+    ASSERT_TRUE(a.shape);
+    EXPECT_FALSE(a.unit);
+    EXPECT_EQ(WriteShapeText(*a.shape), bare);
+    const ShapeText b = ReadShapeText(withUnit);
+    ASSERT_TRUE(b.shape);
+    EXPECT_EQ(b.unit, L"cm");
+    EXPECT_EQ(WriteShapeText(*b.shape), bare);
+
+    const ShapeText bad = ReadShapeText(L"\"mm\"(((S((L 0 0)(L 1 0)");
+    EXPECT_FALSE(bad.shape);
+    EXPECT_FALSE(bad.unit);
+    ASSERT_TRUE(bad.error);
+    EXPECT_EQ(bad.error->origin, ContourTextError::Origin::contour);
+    EXPECT_EQ(bad.error->code, ProClosedContourReader::BadEdgeList);
+}
+
+}  // namespace
+}  // namespace quillon
