@@ -4,20 +4,31 @@
 // An arc is stored by start, centre and sweep, and its end is computed; the next edge's start is
 // stored on its own. Text written with six decimals (the writers' default) rounds every number,
 // so an arc read back misses the next start by up to a few 1e-6, and a solver run with a smaller
-// epsilon then sees a gap. HealLAContour, for a distance tolerance eps (negative: 1e-10) and a
-// healing tolerance `tolerance` chosen by the caller, treats each arc edge whose end misses the
-// next start by more than eps:
-//   - a miss of at most `tolerance`: the arc is rebuilt through its stored start and the next
-//     start. Its centre moves to the nearest point of the perpendicular bisector of the two, and
-//     its sweep becomes the turn between them, in the stored sense and nearest the stored value.
-//     When the two points coincide within eps, the arc becomes a full turn if it swept more than
-//     half a turn, else a straight edge (its sweep was rounding). A rebuilt arc whose middle moves
-//     by more than `tolerance`, or whose sense would change, is not rebuilt;
-//   - otherwise: a straight edge from the arc's end to the next start is inserted after the arc,
-//     closing the gap as the section integrals close it. The contour is then closed explicitly.
-// Straight edges, arcs that end within eps of the next start, and edges with numbers that are not
-// finite are left as they are. The result ends every arc within eps of the next start.
-// Nothing throws except allocation.
+// epsilon then sees a gap. Worse, an arc's start is rebuilt from its rounded radius and angle
+// while the straight edge before it keeps its own rounded start: the zero-length edge the solver
+// writes before an arc grows into a short edge that folds back along the arc.
+//
+// HealLAContour, for a distance tolerance eps (negative: 1e-10) and a healing tolerance
+// `tolerance` chosen by the caller (what may move: the rounding the caller expects):
+//   1. a straight edge just before an arc whose start lies farther than eps but not farther than
+//      `tolerance` from the arc's start starts where the arc starts (it is of zero length again);
+//   2. each arc whose end misses the next edge's start by more than eps but not more than
+//      `tolerance` keeps its centre and start: the next start moves onto the arc's circle (along
+//      the radius; or, when it starts an arc of another circle, along that circle to where the two
+//      circles cross) and the sweep turns by the least angle that ends the arc there. Centres stay
+//      where they are because the solver merges centres closer than its epsilon, and arcs of one
+//      circle read from text share theirs exactly. An arc whose ends then meet becomes a full turn
+//      (if it swept more than half a turn) or a straight edge (its sweep was rounding). When the
+//      next start cannot move so, the arc is rebuilt through its start and the next start instead:
+//      its centre moves to the nearest point of their perpendicular bisector and its sweep becomes
+//      the turn between them, in the stored sense and nearest the stored value; a rebuilt arc whose
+//      middle would move by more than `tolerance` is not rebuilt;
+//   3. an arc still missing the next start (by more than `tolerance`, or beyond repair) is followed
+//      by a straight edge from its end to the next start, closing the gap as the section integrals
+//      close it: the contour is closed explicitly.
+// No point moves by more than `tolerance`. Straight edges apart from (1), consistent arcs and edges
+// with numbers that are not finite are left as they are; afterwards every arc ends within eps of
+// the next start. Nothing throws except allocation.
 #pragma once
 
 #include "quillon/geometry/contours/pro_contour.h"
@@ -25,7 +36,7 @@
 
 namespace quillon {
 
-// Returns the number of arcs rebuilt plus straight edges inserted (0: the contour was consistent).
+// Returns the number of edges changed plus straight edges inserted (0: nothing to heal).
 int HealLAContour(LAContour& contour, double eps, double tolerance);
 
 // Heals every solid outline and every hole; returns the total of HealLAContour.

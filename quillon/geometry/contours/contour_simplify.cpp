@@ -1,5 +1,6 @@
 #include "quillon/geometry/contours/contour_simplify.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -26,6 +27,35 @@ double SignedArea(const std::vector<LAEdge>& e) {
     return s;
 }
 
+// Marks the vertices that lie within 2·eps of another vertex of the contour: where the contour
+// passes a point twice, removing one of the visits would leave the other on the inside of an edge.
+std::vector<bool> SharedVertices(const std::vector<LAEdge>& e, double eps) {
+    const double w = 2.0 * eps;
+    struct V {
+        double slab, y;
+        std::size_t i;
+    };
+    std::vector<V> v;
+    v.reserve(e.size());
+    for (std::size_t i = 0; i < e.size(); ++i)
+        v.push_back({w > 0.0 ? std::floor(e[i].start.x / w) : e[i].start.x, e[i].start.y, i});
+    const auto before = [](const V& a, const V& b) {
+        return a.slab < b.slab || (a.slab == b.slab && a.y < b.y);
+    };
+    std::sort(v.begin(), v.end(), before);
+    std::vector<bool> shared(e.size(), false);
+    for (const V& p : v) {
+        for (double ds = w > 0.0 ? -1.0 : 0.0; ds <= (w > 0.0 ? 1.0 : 0.0); ds += 1.0) {
+            auto it = std::lower_bound(v.begin(), v.end(), V{p.slab + ds, p.y - w, 0}, before);
+            for (; it != v.end() && it->slab == p.slab + ds && it->y <= p.y + w; ++it) {
+                if (it->i != p.i && e[it->i].start.distance(e[p.i].start) <= w)
+                    shared[p.i] = shared[it->i] = true;
+            }
+        }
+    }
+    return shared;
+}
+
 // The edges as a ring; removing an edge lets its predecessor run to its successor's start.
 class Ring {
 public:
@@ -35,6 +65,7 @@ public:
           next(edges.size()),
           prev(edges.size()),
           alive(edges.size(), true),
+          pinned(SharedVertices(edges, tolerance)),
           count(edges.size()) {
         const std::size_t n = edges.size();
         for (std::size_t i = 0; i < n; ++i) {
@@ -55,6 +86,7 @@ public:
         const Point2& b = second.start;
         const Point2& c = e[k].start;
         if (second.type != 1 && Same(b, c)) return Remove(j, 0.0);
+        if (pinned[j]) return false;
         if (first.type != 1 && second.type != 1) {
             const Vector2 ac = c - a, ab = b - a;
             const double l2 = ac.length2();
@@ -112,6 +144,7 @@ private:
     double eps;
     std::vector<std::size_t> next, prev;
     std::vector<bool> alive;
+    std::vector<bool> pinned;
     std::size_t count;
     std::size_t arcs = 0;
     double budget = 0.0;

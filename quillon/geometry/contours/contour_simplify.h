@@ -10,6 +10,9 @@
 //     two ends stay more than 2·eps apart (an arc never closes on itself: the solver would take it
 //     for a point);
 //   - a straight edge of exactly zero length inside the contour goes (it changes nothing);
+//   - a vertex within 2·eps of another vertex of the contour stays: where the contour passes a
+//     point twice, both visits keep their vertex, so the contour never comes to touch itself
+//     inside an edge;
 //   - the region is kept: each merge moves some area (the triangle of a removed vertex, the
 //     rounding of joined arcs), and merges stop short of moving, in total, more than 1e-13 of the
 //     contour's own area. So the exact area (arcs included) is kept to 1e-12 relative, and only
