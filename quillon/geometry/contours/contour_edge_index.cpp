@@ -306,33 +306,128 @@ void CurveGrid::Near(const Point2& p, double d, std::vector<int>& out) {
         }
 }
 
-void CurveGrid::Windings(const Point2& p, std::vector<std::pair<int, int>>& out) {
-    out.clear();
-    if (curves.empty()) return;
-    tally.clear();
-    const int j = Row(p.y);
-    for (int i = Col(p.x); i < nx; ++i) {
-        const std::size_t cell = Cell(i, j);
-        for (std::size_t m = first[cell]; m < first[cell + 1]; ++m) {
-            const Curve& k = curves[static_cast<std::size_t>(items[m])];
-            const Box g = k.box.Grown(eps);
-            if (g.y0 > p.y || g.y1 < p.y || g.x1 <= p.x) continue;
-            scratch.clear();
-            RayCrossings(k, p.y, scratch);
-            for (const auto& [x, sign] : scratch) {
-                // A crossing is counted in the one cell that holds it, so a curve registered in
-                // several cells of the row counts once.
-                const double xc = std::clamp(x, g.x0, g.x1);
-                if (xc > p.x && Col(xc) == i) tally.emplace_back(k.contour, sign);
+// ---- ChainWinding ---------------------------------------------------------------------------
+
+ChainWinding::ChainWinding(const std::vector<Curve>& list, int first, int count) : curves(&list) {
+    for (int id = first; id < first + count; ++id)
+        bounds.Add(list[static_cast<std::size_t>(id)].box);
+    if (bounds.Empty()) return;
+    bandCount = std::max(1, count / 4);
+    const double height = bounds.y1 - bounds.y0;
+    h = height > 0.0 ? height / bandCount : 1.0;
+    std::vector<std::size_t> count1(static_cast<std::size_t>(bandCount) + 1, 0);
+    for (int id = first; id < first + count; ++id) {
+        const Box& b = list[static_cast<std::size_t>(id)].box;
+        for (int k = Band(b.y0); k <= Band(b.y1); ++k) ++count1[static_cast<std::size_t>(k) + 1];
+    }
+    for (std::size_t k = 0; k + 1 < count1.size(); ++k) count1[k + 1] += count1[k];
+    start = count1;
+    ids.resize(start.back());
+    for (int id = first; id < first + count; ++id) {
+        const Box& b = list[static_cast<std::size_t>(id)].box;
+        for (int k = Band(b.y0); k <= Band(b.y1); ++k)
+            ids[count1[static_cast<std::size_t>(k)]++] = id;
+    }
+}
+
+int ChainWinding::Band(double y) const {
+    const double f = (y - bounds.y0) / h;
+    if (!(f >= 0.0)) return 0;
+    if (f >= bandCount) return bandCount - 1;
+    return static_cast<int>(f);
+}
+
+int ChainWinding::Winding(const Point2& p) const {
+    if (bandCount == 0 || p.y < bounds.y0 || p.y > bounds.y1 || p.x > bounds.x1) return 0;
+    const std::size_t band = static_cast<std::size_t>(Band(p.y));
+    std::vector<std::pair<double, int>> crossings;
+    int w = 0;
+    for (std::size_t m = start[band]; m < start[band + 1]; ++m) {
+        const Curve& k = (*curves)[static_cast<std::size_t>(ids[m])];
+        if (k.box.y0 > p.y || k.box.y1 < p.y || k.box.x1 <= p.x) continue;
+        crossings.clear();
+        RayCrossings(k, p.y, crossings);
+        for (const auto& [x, sign] : crossings)
+            if (x > p.x) w += sign;
+    }
+    return w;
+}
+
+// ---- BoxIndex -------------------------------------------------------------------------------
+
+BoxIndex::BoxIndex(const std::vector<Box>& list) : boxes(list) {
+    std::size_t n = 0;
+    std::vector<double> sizes;
+    for (const Box& b : boxes) {
+        if (b.Empty()) continue;
+        ext.Add(b);
+        sizes.push_back(std::max(b.x1 - b.x0, b.y1 - b.y0));
+        ++n;
+    }
+    if (n > 0) {
+        const double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
+        std::nth_element(sizes.begin(), sizes.begin() + static_cast<std::ptrdiff_t>(n / 2),
+                         sizes.end());
+        double cell = std::max(sizes[n / 2], std::sqrt(w) * std::sqrt(h / (4.0 * n)));
+        if (!(cell > 0.0) || !std::isfinite(cell)) cell = std::max({w, h, 1.0});
+        const double limit = 4.0 * static_cast<double>(n) + 64.0;
+        for (;;) {
+            const double fx = std::max(std::ceil(w / cell), 1.0),
+                         fy = std::max(std::ceil(h / cell), 1.0);
+            if (fx * fy <= limit) {
+                nx = static_cast<int>(fx);
+                ny = static_cast<int>(fy);
+                break;
             }
+            cell *= 1.5;
+        }
+        cw = w > 0.0 ? w / nx : 1.0;
+        ch = h > 0.0 ? h / ny : 1.0;
+    }
+    const auto col = [this](double x) {
+        const double f = (x - ext.x0) / cw;
+        return !(f >= 0.0) ? 0 : f >= nx ? nx - 1 : static_cast<int>(f);
+    };
+    const auto row = [this](double y) {
+        const double f = (y - ext.y0) / ch;
+        return !(f >= 0.0) ? 0 : f >= ny ? ny - 1 : static_cast<int>(f);
+    };
+    const std::size_t cells = static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny);
+    std::vector<std::size_t> count(cells + 1, 0);
+    for (int pass = 0; pass < 2; ++pass) {
+        for (std::size_t id = 0; id < boxes.size(); ++id) {
+            const Box& b = boxes[id];
+            if (b.Empty()) continue;
+            for (int j = row(b.y0); j <= row(b.y1); ++j)
+                for (int i = col(b.x0); i <= col(b.x1); ++i) {
+                    const std::size_t cell =
+                        static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                        static_cast<std::size_t>(i);
+                    if (pass == 0)
+                        ++count[cell + 1];
+                    else
+                        items[count[cell]++] = static_cast<int>(id);
+                }
+        }
+        if (pass == 0) {
+            for (std::size_t c = 0; c < cells; ++c) count[c + 1] += count[c];
+            first = count;
+            items.resize(first[cells]);
         }
     }
-    std::sort(tally.begin(), tally.end());
-    for (std::size_t m = 0; m < tally.size();) {
-        const int contour = tally[m].first;
-        int w = 0;
-        for (; m < tally.size() && tally[m].first == contour; ++m) w += tally[m].second;
-        if (w != 0) out.emplace_back(contour, w);
+}
+
+void BoxIndex::Holding(const Point2& p, std::vector<int>& out) const {
+    out.clear();
+    if (ext.Empty() || p.x < ext.x0 || p.x > ext.x1 || p.y < ext.y0 || p.y > ext.y1) return;
+    const double fx = (p.x - ext.x0) / cw, fy = (p.y - ext.y0) / ch;
+    const int i = !(fx >= 0.0) ? 0 : fx >= nx ? nx - 1 : static_cast<int>(fx);
+    const int j = !(fy >= 0.0) ? 0 : fy >= ny ? ny - 1 : static_cast<int>(fy);
+    const std::size_t cell =
+        static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) + static_cast<std::size_t>(i);
+    for (std::size_t m = first[cell]; m < first[cell + 1]; ++m) {
+        const Box& b = boxes[static_cast<std::size_t>(items[m])];
+        if (b.x0 <= p.x && p.x <= b.x1 && b.y0 <= p.y && p.y <= b.y1) out.push_back(items[m]);
     }
 }
 

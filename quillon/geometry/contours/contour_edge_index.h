@@ -1,6 +1,7 @@
-// Boundary pieces of structured contours and a grid over them, for checks that must stay
-// near-linear on large shapes: the pairs of pieces that come within epsilon of each other, the
-// pieces near a point, and the winding number of every contour about a point from one ray cast.
+// Boundary pieces of structured contours and the indexes over them that keep checks near-linear
+// on large shapes: a grid of pieces (the pairs that come within epsilon of each other, the pieces
+// near a point), bands of each contour's pieces (its winding number about a point) and a grid of
+// contour boxes (the contours that may wind about a point).
 //
 // A piece is a straight segment a -> b or a circular arc from a about c by a signed sweep that
 // ends at b. For an arc, b is the point where the next piece starts, which may lie up to epsilon
@@ -85,11 +86,6 @@ public:
     // Indices of the curves whose grown boxes reach within d of p.
     void Near(const Point2& p, double d, std::vector<int>& out);
 
-    // The winding numbers about p of the contours whose curves the ray from p towards +x crosses,
-    // as (contour, winding) pairs sorted by contour; zero windings are left out. Exact for every
-    // contour whose boundary keeps farther than epsilon from p.
-    void Windings(const Point2& p, std::vector<std::pair<int, int>>& out);
-
 private:
     int Col(double x) const;
     int Row(double y) const;
@@ -107,8 +103,46 @@ private:
     std::vector<int> items;
     std::vector<std::uint32_t> stamp;  // per curve: the last query that listed it
     std::uint32_t query = 0;
-    std::vector<std::pair<double, int>> scratch;
-    std::vector<std::pair<int, int>> tally;
+};
+
+// The winding number of one closed chain of curves (curves[first, first + count)) about points:
+// the ray from the point towards +x meets only the curves of the point's band of the chain's
+// y-range, and there are about a quarter as many bands as curves.
+class ChainWinding {
+public:
+    ChainWinding() = default;
+    ChainWinding(const std::vector<Curve>& curves, int first, int count);
+
+    // Exact for a point farther than rounding from the chain; 0 outside its box.
+    int Winding(const Point2& p) const;
+    const Box& Bounds() const { return bounds; }
+
+private:
+    int Band(double y) const;
+
+    const std::vector<Curve>* curves = nullptr;
+    Box bounds;
+    double h = 1.0;
+    int bandCount = 0;
+    std::vector<std::size_t> start;  // per band, where its curves start in `ids` (one extra)
+    std::vector<int> ids;
+};
+
+// The boxes that hold a point, through a uniform grid over them.
+class BoxIndex {
+public:
+    explicit BoxIndex(const std::vector<Box>& boxes);
+
+    // Indices of the boxes holding p (boundary included), in increasing order.
+    void Holding(const Point2& p, std::vector<int>& out) const;
+
+private:
+    const std::vector<Box>& boxes;
+    Box ext;
+    int nx = 1, ny = 1;
+    double cw = 1.0, ch = 1.0;
+    std::vector<std::size_t> first;
+    std::vector<int> items;
 };
 
 template <typename F>

@@ -25,12 +25,14 @@
 // or solids for overlaps; each names the contour by its path in the tree and gives a point where
 // the problem shows. Problems come sorted by path, then kind.
 //
-// Speed: the edges of every contour go into one grid over their boxes; contacts are looked for
-// only between edges that share a cell, and containment is decided by ray casts through the grid:
-// one per contour, and one per stretch of a contour between the places where it touches another.
-// Time grows near-linearly with the number of edges for ordinary shapes; no pair of contours is
-// compared unless their edges meet or a ray shows one inside the other. Nothing throws except
-// allocation.
+// Speed: the edges of every contour go into one grid over their boxes, and contacts are looked for
+// only between edges that share a cell. Containment is decided by winding numbers at one point per
+// contour, and at one point per stretch of a contour between the places where it touches another;
+// a point asks only the contours whose boxes hold it, and each of those looks only at its edges in
+// a horizontal band about the point. Time grows near-linearly with the number of edges for
+// ordinary shapes (a few thousand contours and a million edges take seconds); shapes whose edge
+// boxes all overlap, such as a zigzag of long thin teeth, or thousands of contours nested in one
+// another, cost more. Nothing throws except allocation.
 #pragma once
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Checks between contours: holes inside their solid, holes of a solid apart, solids apart.
 //
 // Two contours whose boundaries never come within eps of each other are related by one point:
-// the sample of one lies inside the other exactly when all of it does, and the ray cast from the
-// sample gives its winding in every other contour at once. Contours that touch are cut at their
+// the sample of one lies inside the other exactly when all of it does; its winding numbers are
+// asked only of the contours whose boxes hold it. Contours that touch are cut at their
 // contacts and each stretch between contacts is placed by its middle: on the other's boundary
 // (within eps), inside or outside. Two regions overlap when a stretch of one's boundary lies
 // inside the other, or when their boundaries coincide.
@@ -75,7 +75,7 @@ void Validator::ClassifyPoint(const Point2& p, int curve, const Target& t, Flags
             return;
         }
     }
-    grid->Windings(p, wind);
+    WindingsAt(p, wind);
     if (Inside(wind, t)) {
         if (!f.in) f.inAt = p;
         f.in = true;
@@ -135,13 +135,32 @@ Flags Validator::Classify(int ci, const Target& t) {
     return f;
 }
 
+void Validator::WindingsAt(const Point2& p, std::vector<std::pair<int, int>>& out) {
+    out.clear();
+    boxes->Holding(p, holding);
+    for (int k : holding) {
+        const int w = chains[static_cast<std::size_t>(k)].Winding(p);
+        if (w != 0) out.emplace_back(k, w);
+    }
+}
+
 void Validator::Relations() {
+    chains.resize(contours.size());
+    contourBoxes.resize(contours.size());
+    for (std::size_t ci = 0; ci < contours.size(); ++ci) {
+        const ContourRec& rec = contours[ci];
+        if (!rec.usable) continue;
+        chains[ci] = contour_index::ChainWinding(curves, rec.first, rec.count);
+        contourBoxes[ci] = chains[ci].Bounds();
+    }
+    contour_index::BoxIndex index(contourBoxes);
+    boxes = &index;
     for (std::size_t ci = 0; ci < contours.size(); ++ci) {
         ContourRec& rec = contours[ci];
         if (!rec.usable) continue;
         rec.sample =
             contour_index::PointAt(curves[static_cast<std::size_t>(rec.longs.front())], 0.5);
-        grid->Windings(rec.sample, rec.windings);
+        WindingsAt(rec.sample, rec.windings);
         rec.windings.erase(std::remove_if(rec.windings.begin(), rec.windings.end(),
                                           [ci](const std::pair<int, int>& w) {
                                               return w.first == static_cast<int>(ci);
@@ -151,6 +170,7 @@ void Validator::Relations() {
     CheckHoles();
     CheckHolePairs();
     CheckSolidPairs();
+    boxes = nullptr;
 }
 
 void Validator::CheckHoles() {

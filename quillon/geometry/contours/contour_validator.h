@@ -81,6 +81,8 @@ private:
     bool InTarget(int contour, const Target& t) const;
     bool Inside(const std::vector<std::pair<int, int>>& w, const Target& t) const;
     bool Touching(int a, int b) const;
+    // The contours winding about p, as (contour, winding) sorted by contour.
+    void WindingsAt(const Point2& p, std::vector<std::pair<int, int>>& out);
 
     void Report(ContourProblemKind kind, int contour, long edge, const Point2& where,
                 int other = -1);
@@ -97,6 +99,10 @@ private:
     std::unordered_set<std::uint64_t> solidTouch;  // (contour, solid) pairs in contact
     std::set<std::tuple<int, int, int>> pinches;   // (contour, visit, visit)
     contour_index::CurveGrid* grid = nullptr;
+    std::vector<contour_index::ChainWinding> chains;  // per contour
+    std::vector<contour_index::Box> contourBoxes;     // per contour, empty when not usable
+    contour_index::BoxIndex* boxes = nullptr;
+    std::vector<int> holding;
 
     std::vector<ContourProblem> problems;
     std::set<std::pair<int, int>> reportedSingle;      // (contour, kind)
