@@ -83,6 +83,17 @@ TEST(ContourHealTest, GapsBeyondToleranceAreClosedAndDegenerateArcsResolved) {
     c.push_back(LAEdge(Point2(1, 1)));
     EXPECT_GT(HealLAContour(c, 1e-7, 1e-5), 0);
     EXPECT_EQ(c[1].type, 0);
+    // A lens of two circles read from text: each arc's end moves along the other circle to where
+    // the circles cross, and both centres stay exactly where they were written.
+    const Owned lens =
+        Read(L"(((S((A 0 0 1 -0.722734 1.445468)(A 1.5 0 1 2.418858 1.445468)) 0 ())))");
+    EXPECT_EQ(ValidateComplexContour(*lens, 1e-9).Count(ContourProblemKind::ArcMismatch), 1u);
+    EXPECT_GT(HealComplexContour(*lens, 1e-9, TextRoundingTolerance(*lens)), 0);
+    EXPECT_TRUE(ValidateComplexContour(*lens, 1e-9).IsValid());
+    const LAContour& lc = *lens->SolidChild(0);
+    EXPECT_EQ(lc[0].centre.x, 0.0);
+    EXPECT_EQ(lc[1].centre.x, 1.5);
+    EXPECT_NEAR(lc[1].rad_arc(), 1.0, 1e-6);
     // Consistent contours are left alone.
     LAContour disc = las_test::CircleContour(Point2(1, 2), 3, 0.4);
     const LAContour copy = disc;

@@ -157,6 +157,12 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
     EXPECT_EQ(v.problems[0].kind, Kind::NotFinite);
     EXPECT_EQ(v.problems[0].path, (ContourPath{0, 0}));
     EXPECT_EQ(v.problems[0].edge, 2);
+    // A tolerance that is not a number asks for the default 1e-10, as a negative one does: an arc
+    // missing by 3e-8 is found.
+    const auto nearly = Read(Complex(Solid(L"(L 0 0)(A 0 0 1 0 1.57079630)(L 0 1)")));
+    EXPECT_TRUE(ValidateComplexContour(*nearly, 1e-7).IsValid());
+    for (double eps : {-1.0, std::nan("")})
+        EXPECT_EQ(ValidateComplexContour(*nearly, eps).Count(Kind::ArcMismatch), 1u);
 }
 
 TEST(ContourValidateTest, TouchingIslandsAndPinchedOutlinesAreValid) {
