@@ -10,9 +10,9 @@
 //   - every arc ends where the next edge starts: the start turned about the centre by the sweep
 //     lies within eps of the next edge's start; no sweep exceeds a full turn;
 //   - no contour crosses itself, runs along itself or folds back on itself. A contour may pass
-//     twice through one vertex if it does not cross itself there (two lobes touching at a point,
-//     as the solver's unions make them); a vertex touching another edge of the same contour
-//     counts as a crossing (the solver would split that edge there);
+//     twice through one vertex if it does not cross itself there (two lobes touching at a point);
+//     a vertex touching another edge of the same contour counts as a crossing (the solver would
+//     split that edge there);
 //   - every child of a solid is a hole node (ProEmptyContour, written "H") and lies inside its
 //     solid's outline; it may touch the outline or run along it;
 //   - the holes of one solid do not overlap; they may touch;
