@@ -309,7 +309,24 @@ ProComplexContour* ProComplexContourAndUnitReader::read(std::wstring& unit) {
 // ---- Writers
 // -------------------------------------------------------------------------------------
 
-void LAContourWriter::appendEdge(std::wstring& out, const LAEdge& edge) {
+void LAContourWriter::appendEdge(std::wstring& out, const LAEdge& edge) const {
+    if (fullPrecision) {
+        // Adding 0.0 writes a negative zero as 0: the same double for the reader.
+        const auto number = [&out](double v) { out += platform::FormatW(L" %.17g", v + 0.0); };
+        if (edge.type == 1) {
+            const Vector2 radius = edge.start - edge.centre;
+            out += L"(A";
+            for (double v :
+                 {edge.centre.x, edge.centre.y, radius.length(), radius.angle(), edge.angle})
+                number(v);
+        } else {
+            out += L"(L";
+            number(edge.start.x);
+            number(edge.start.y);
+        }
+        out += L')';
+        return;
+    }
     if (edge.type == 1) {
         const Vector2 radius = edge.start - edge.centre;
         out += platform::FormatW(L"(%ls %lf %lf %lf %lf %lf)", L"A", edge.centre.x, edge.centre.y,
@@ -319,7 +336,7 @@ void LAContourWriter::appendEdge(std::wstring& out, const LAEdge& edge) {
     }
 }
 
-void LAContourWriter::appendLAContour(std::wstring& out, const LAContour& contour) {
+void LAContourWriter::appendLAContour(std::wstring& out, const LAContour& contour) const {
     BracketGuard brackets(out);
     for (const LAEdge& edge : contour) appendEdge(out, edge);
 }

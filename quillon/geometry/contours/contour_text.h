@@ -8,12 +8,12 @@
 //   complex  = "((" closed* ")" ext ")"            -- every closed child an "S"
 //   withunit = '"' unit '"' complex
 // Numbers are written with "%lf" (fixed, six decimals: values are rounded to 1e-6, a precision that
-// is part of the format) and "." as decimal point; they are read with _wtof, so a number token that
-// does not parse reads as 0. An arc is stored by centre, radius, start angle and sweep; its start
-// point is rebuilt on reading from the rounded radius and angle. Keywords are written upper-case
-// and read case-insensitively. `ext` is text appended by a derived writer's extension hook and
-// handed to a derived reader's hook (empty and ignored by the base classes). The unit name is
-// written as it is, without escapes.
+// is part of the format; writers can be switched to full precision) and "." as decimal point; they
+// are read with _wtof, so a number token that does not parse reads as 0. An arc is stored by
+// centre, radius, start angle and sweep; its start point is rebuilt on reading from the rounded
+// radius and angle. Keywords are written upper-case and read case-insensitively. `ext` is text
+// appended by a derived writer's extension hook and handed to a derived reader's hook (empty and
+// ignored by the base classes). The unit name is written as it is, without escapes.
 //
 // Errors: every reader fault throws ContourTextError, which carries the code and the table it
 // belongs to (tokenizer, edge reader, contour reader); the code is also left in the reader
@@ -216,9 +216,20 @@ public:
 
     std::wstring write(const LAContour& contour);
 
+    // Off by default: numbers are written with "%lf", six decimals, the notation's own precision.
+    // On: with 17 significant digits ("%.17g", an exponent where it is shorter, a negative zero as
+    // 0), which the same readers read back to the same doubles. Straight edges, arc centres, radii,
+    // angles and sweeps then survive a round trip exactly; an arc's start is rebuilt from them and
+    // comes back within the rounding of cos and sin. Every writer of contour text has this switch.
+    void SetFullPrecision(bool on) { fullPrecision = on; }
+    bool GetFullPrecision() const { return fullPrecision; }
+
 protected:
-    void appendLAContour(std::wstring& out, const LAContour& contour);
-    static void appendEdge(std::wstring& out, const LAEdge& edge);
+    void appendLAContour(std::wstring& out, const LAContour& contour) const;
+    void appendEdge(std::wstring& out, const LAEdge& edge) const;
+
+private:
+    bool fullPrecision = false;
 };
 
 // Writes a closed contour: "(S" ... ")" for a solid with its holes, "(H" ... ")" for any other.
