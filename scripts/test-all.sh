@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/setup-deps.sh
-quillon_install_deps cmake ninja-build g++ clang libgtest-dev libgmock-dev locales
+quillon_install_deps cmake ninja-build g++ clang libgtest-dev libgmock-dev libassimp-dev locales
 
 # A comma-decimal locale lets the formatting tests prove that files still get a ".".
 if ! locale -a 2>/dev/null | grep -qi '^de_DE\.utf'; then

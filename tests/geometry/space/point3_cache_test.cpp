@@ -1,0 +1,129 @@
+#include "quillon/geometry/space/point3_cache.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+namespace {
+
+// The rule written out plainly: among stored points that match within the box, the least x wins,
+// equal x the earliest.
+struct Reference {
+    double eps;
+    std::vector<Point3> nodes;
+
+    bool Find(const Point3& p, std::size_t& index) const {
+        bool found = false;
+        for (std::size_t i = 0; i < nodes.size(); ++i) {
+            const Point3& q = nodes[i];
+            if (std::fabs(q.x - p.x) > eps || std::fabs(q.y - p.y) > eps ||
+                std::fabs(q.z - p.z) > eps)
+                continue;
+            if (!found || q.x < nodes[index].x) index = i;
+            found = true;
+        }
+        return found;
+    }
+    std::size_t Add(const Point3& p) {
+        std::size_t i = 0;
+        if (Find(p, i)) return i;
+        nodes.push_back(p);
+        return nodes.size() - 1;
+    }
+};
+
+TEST(Point3Cache, InclusiveBoxAndFirstMatchInAscendingXNotTheNearest) {
+    Point3Cache cache(0.5);
+    EXPECT_EQ(cache.Add(Point3(1.0, 1.0, 1.0)), 0u);
+    // Exactly eps away on every axis at once: still the same point (box test, inclusive).
+    EXPECT_EQ(cache.Add(Point3(1.5, 0.5, 1.5)), 0u);
+    EXPECT_EQ(cache.Add(Point3(1.5625, 1.0, 1.0)), 1u);
+    // (1.25, 1, 1) matches both; the nearer is index 1, but index 0 has the smaller x.
+    std::size_t i = 99;
+    ASSERT_TRUE(cache.Find(Point3(1.375, 1.0, 1.0), i));
+    EXPECT_EQ(i, 0u);
+    EXPECT_FALSE(cache.Find(Point3(3.0, 1.0, 1.0), i));
+    EXPECT_EQ(i, 0u) << "a failed search leaves the index alone";
+    EXPECT_EQ(cache.GetNodes().size(), 2u);
+
+    // A NaN coordinate matches nothing and does not disturb the ordering.
+    const std::size_t nan = cache.Add(Point3(std::nan(""), 0.0, 0.0));
+    EXPECT_EQ(nan, 2u);
+    EXPECT_EQ(cache.Add(Point3(std::nan(""), 0.0, 0.0)), 3u);
+    EXPECT_EQ(cache.Add(Point3(1.0, 1.0, 1.0)), 0u);
+
+    Point3Cache empty(-1.0);
+    EXPECT_EQ(empty.GetEps(), 1e-10);
+    Point3 lo(7, 7, 7), hi(7, 7, 7);
+    EXPECT_FALSE(empty.GetExtents(lo, hi));
+    EXPECT_EQ(lo.x, 7.0);
+}
+
+TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
+    std::mt19937 gen(20261124);
+    for (int round = 0; round < 20; ++round) {
+        const double eps = std::uniform_real_distribution<double>(0.01, 0.3)(gen);
+        // Points on a coarse lattice with jitter, so many queries have several candidates.
+        std::uniform_int_distribution<int> cell(-4, 4);
+        std::uniform_real_distribution<double> jitter(-0.3, 0.3);
+        const auto point = [&] {
+            return Point3(cell(gen) * 0.25 + jitter(gen), cell(gen) * 0.25 + jitter(gen),
+                          cell(gen) * 0.25 + jitter(gen));
+        };
+        Reference ref{eps, {}};
+        auto cache = std::make_unique<Point3Cache>(eps);
+        for (int i = 0; i < 400; ++i) {
+            const Point3 p = point();
+            ASSERT_EQ(cache->Add(p), ref.Add(p)) << round << " " << i;
+            if (i == 200) {
+                // The copy must answer from its own nodes after the original is gone.
+                auto copy = std::make_unique<Point3Cache>(*cache);
+                cache = std::move(copy);
+                Point3Cache moved(std::move(*cache));
+                Point3Cache assigned(1.0);
+                assigned = moved;
+                *cache = std::move(assigned);
+            }
+        }
+        ASSERT_EQ(cache->GetNodes().size(), ref.nodes.size());
+
+        // Range search and extents against a brute-force scan.
+        const Point3 a = point(), b = point();
+        std::vector<std::size_t> got, want;
+        for (std::size_t i = 0; i < ref.nodes.size(); ++i) {
+            const Point3& q = ref.nodes[i];
+            if (q.x >= std::min(a.x, b.x) && q.x <= std::max(a.x, b.x) &&
+                q.y >= std::min(a.y, b.y) && q.y <= std::max(a.y, b.y) &&
+                q.z >= std::min(a.z, b.z) && q.z <= std::max(a.z, b.z))
+                want.push_back(i);
+        }
+        EXPECT_EQ(cache->Find(a, b, got), !want.empty());
+        EXPECT_EQ(got, want);
+        Point3 lo, hi;
+        ASSERT_TRUE(cache->GetExtents(lo, hi));
+        for (const Point3& q : ref.nodes) {
+            EXPECT_TRUE(lo.x <= q.x && lo.y <= q.y && lo.z <= q.z);
+            EXPECT_TRUE(hi.x >= q.x && hi.y >= q.y && hi.z >= q.z);
+        }
+        const auto touches = [&](auto coord, double v) {
+            return std::any_of(ref.nodes.begin(), ref.nodes.end(),
+                               [&](const Point3& q) { return coord(q) == v; });
+        };
+        EXPECT_TRUE(touches([](const Point3& q) { return q.x; }, lo.x));
+        EXPECT_TRUE(touches([](const Point3& q) { return q.z; }, hi.z));
+
+        cache->Reset();
+        EXPECT_TRUE(cache->GetNodes().empty());
+        EXPECT_EQ(cache->GetEps(), eps);
+        EXPECT_EQ(cache->Add(a), 0u);
+    }
+}
+
+}  // namespace
+}  // namespace quillon

@@ -1,0 +1,285 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+
+#include "quillon/geometry/space/solid3.h"
+#include "tests/geometry/space/solid3_test_support.h"
+
+namespace quillon {
+namespace {
+
+using Loop = Mvector<std::uint32_t>;
+namespace fs = std::filesystem;
+
+class Solid3Obj : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() /
+              ("quillon_obj_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+               "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(dir);
+        fs::create_directories(dir);
+    }
+    void TearDown() override { fs::remove_all(dir); }
+
+    std::string Read(const fs::path& p) const {
+        std::ifstream in(p, std::ios::binary);
+        std::stringstream ss;
+        ss << in.rdbuf();
+        return ss.str();
+    }
+    fs::path Write(const std::string& name, const std::string& text) const {
+        std::ofstream(dir / name, std::ios::binary) << text;
+        return dir / name;
+    }
+
+    fs::path dir;
+};
+
+const char* const kHeader =
+    "#\n# Wavefront OBJ file \n# Converted by Quillon \n# Quillon solid model exchange\n#\n";
+
+TEST_F(Solid3Obj, WritesTheExactTextsAndOrders) {
+    Solid3 s;
+    s.AddVertex(Point3(0, 0, 0));
+    s.AddVertex(Point3(1, 0, 0));
+    s.AddVertex(Point3(0, 1, 0));
+    s.AddVertex(Point3(0, 0, -1.5));
+    s.AddNormal(Vector3(0, 0, 1), false);
+    Material3 red(L"red");
+    red.diffuse = Vector3(1, 0, 0);
+    s.AddMaterial(red);
+    s.AddMaterial(Material3(L"blue"));
+    Face3 f0(Loop{0, 1, 2}, 0);
+    f0.normalLoop = {0, 0, 0};
+    Face3 f1(Loop{0, 3, 1}, 0);
+    f1.normalLoop = {0, 0, 0};
+    f1.texture = {Point2(0, 0), Point2(1, 0), Point2(0, 1)};
+    f1.textureLoop = {0, 1, 2};
+    Face3 f2(Loop{1, 3, 2}, 1);
+    f2.texture = {Point2(0.5, 0.5)};
+    f2.textureLoop = {0, 0, 0};
+    f2.normalLoop = {0};  // not parallel to the loop: not written
+    for (const Face3& f : {f0, f1, f2, Face3(Loop{0, 2, 3}), Face3(Loop{0, 2, 3}, 1)}) s.AddFace(f);
+
+    ASSERT_EQ(s.SavetoObj(dir / "t.obj"), 1);
+    EXPECT_EQ(Read(dir / "t.obj"),
+              std::string(kHeader) +
+                  "\nmtllib t.mtl\n"
+                  "\n# 4 Verticies \n"
+                  "v 0.000000 0.000000 0.000000\nv 1.000000 0.000000 0.000000\n"
+                  "v 0.000000 1.000000 0.000000\nv 0.000000 0.000000 -1.500000\n"
+                  "\n# 1 Normals\nvn 0.000000 0.000000 1.000000\n"
+                  "usemtl red\nf 1//1 2//1 3//1\nf 1/1/1 4/2/1 2/3/1\n"
+                  "usemtl blue\nf 2/4/ 4/4/ 3/4/\nf 1 3 4\nusemtl blue\nf 1 3 4\n"
+                  "\n# 4 Texture verticies \nvt 0.000000 0.000000\nvt 1.000000 0.000000\n"
+                  "vt 0.000000 1.000000\nvt 0.500000 0.500000\n");
+    EXPECT_EQ(Read(dir / "t.mtl"),
+              "#\n# Wavefront MTL file \n# Converted by Quillon \n# Quillon solid model "
+              "exchange\n#\n"
+              "\nnewmtl red\nKa 0.200000 0.200000 0.200000\nKd 1.000000 0.000000 0.000000\n"
+              "Ks 0.000000 0.000000 0.000000\nd 1.000000\nillum 1\n"
+              "\nnewmtl blue\nKa 0.200000 0.200000 0.200000\nKd 0.800000 0.800000 0.800000\n"
+              "Ks 0.000000 0.000000 0.000000\nd 1.000000\nillum 1\n");
+
+    // Without materials: no library line, no usemtl, no MTL file; "." whatever the locale.
+    s.Material().clear();
+    for (Face3& f : s.Face()) f.material = -1;
+    const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
+    const bool comma = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
+    ASSERT_EQ(s.SavetoObj((dir / "plain.obj").wstring().c_str()), 1);
+    std::setlocale(LC_NUMERIC, saved.c_str());
+    const std::string plain = Read(dir / "plain.obj");
+    EXPECT_EQ(plain.find("mtllib"), std::string::npos);
+    EXPECT_EQ(plain.find("usemtl"), std::string::npos);
+    EXPECT_FALSE(fs::exists(dir / "plain.mtl"));
+    EXPECT_NE(plain.find("v 0.000000 0.000000 -1.500000\n"), std::string::npos) << comma;
+
+    // Inconsistent solids and unwritable places give 0 and leave no file.
+    s.Face()[0].material = 7;
+    EXPECT_EQ(s.SavetoObj(dir / "bad.obj"), 0);
+    EXPECT_FALSE(fs::exists(dir / "bad.obj"));
+    s.Face()[0].material = -1;
+    EXPECT_EQ(s.SavetoObj(dir / "missing" / "x.obj"), 0);
+    EXPECT_EQ(s.SavetoObj(static_cast<const wchar_t*>(nullptr)), 0);
+}
+
+// Random solids without holes: what is written reads back (to the printed precision).
+TEST_F(Solid3Obj, SeededRoundTripGivesBackVerticesFacesLoopsAndMaterials) {
+    std::mt19937 gen(3);
+    std::uniform_real_distribution<double> u(-100, 100), unit(0, 1);
+    std::uniform_int_distribution<int> small(0, 4);
+    for (int round = 0; round < 25; ++round) {
+        Solid3 s;
+        const int nv = 3 + small(gen) * 5;
+        for (int i = 0; i < nv; ++i) s.AddVertex(Point3(u(gen), u(gen), u(gen)));
+        for (int i = small(gen); i-- > 0;) s.AddNormal(Vector3(unit(gen), unit(gen), 1), false);
+        const bool materials = round % 2;
+        for (int i = materials ? 1 + small(gen) : 0; i-- > 0;) {
+            Material3 m(L"m\u00e9" + std::to_wstring(i));
+            m.diffuse = Vector3(unit(gen), unit(gen), unit(gen));
+            m.opacity = unit(gen);
+            m.illum = small(gen);
+            s.AddMaterial(m);
+        }
+        for (int i = 1 + small(gen) * 3; i-- > 0;) {
+            Face3 f;
+            for (int c = 3 + small(gen); c-- > 0;)
+                f.loop.push_back(gen() % static_cast<unsigned>(nv));
+            if (materials) f.material = static_cast<int>(gen() % s.Material().size());
+            if (!s.Normal().empty() && gen() % 2) {
+                for (std::size_t c = 0; c < f.loop.size(); ++c)
+                    f.normalLoop.push_back(gen() % static_cast<unsigned>(s.Normal().size()));
+            }
+            if (gen() % 2) {
+                for (std::size_t c = 0; c < f.loop.size(); ++c) {
+                    f.textureLoop.push_back(static_cast<std::uint32_t>(c));
+                    f.texture.push_back(Point2(unit(gen), unit(gen)));
+                }
+            }
+            s.AddFace(f);
+        }
+        ASSERT_EQ(s.SavetoObj(dir / "r.obj"), 1);
+        Solid3 back;
+        ASSERT_EQ(back.ImportFromObj(dir / "r.obj"), 1) << round;
+        ASSERT_EQ(back.Vertex().size(), s.Vertex().size());
+        for (std::size_t i = 0; i < s.Vertex().size(); ++i)
+            EXPECT_LT(back.Vertex()[i].point.distance(s.Vertex()[i].point), 1e-6);
+        ASSERT_EQ(back.Normal().size(), s.Normal().size());
+        ASSERT_EQ(back.Face().size(), s.Face().size());
+        for (std::size_t i = 0; i < s.Face().size(); ++i) {
+            const Face3 &a = s.Face()[i], &b = back.Face()[i];
+            EXPECT_EQ(b.loop, a.loop);
+            EXPECT_EQ(b.normalLoop, a.normalLoop);
+            EXPECT_EQ(b.textureLoop, a.textureLoop);
+            ASSERT_EQ(b.texture.size(), a.texture.size());
+            for (std::size_t t = 0; t < a.texture.size(); ++t)
+                EXPECT_LT(b.texture[t].distance(a.texture[t]), 1e-6);
+            EXPECT_EQ(b.material, a.material);
+        }
+        ASSERT_EQ(back.Material().size(), s.Material().size());
+        for (std::size_t i = 0; i < s.Material().size(); ++i) {
+            EXPECT_EQ(back.Material()[i].name, s.Material()[i].name);
+            EXPECT_NEAR(back.Material()[i].opacity, s.Material()[i].opacity, 1e-6);
+            EXPECT_LT((back.Material()[i].diffuse - s.Material()[i].diffuse).length(), 1e-6);
+            EXPECT_EQ(back.Material()[i].illum, s.Material()[i].illum);
+        }
+    }
+}
+
+TEST_F(Solid3Obj, HoledFacesTravelAsTrianglesOfAClosedSolid) {
+    Solid3 s;
+    const Mvector<Point3> base{{0, 0, 0}, {4, 0, 0}, {4, 3, 0}, {0, 3, 0}};
+    const Mmatrix<Point3> holes{{{1, 1, 0}, {2, 1, 0}, {2, 2, 0}, {1, 2, 0}}};
+    ASSERT_TRUE(s.GenCuboid(base, Vector3(0, 0, 2), holes));
+    // A wide name beyond ASCII reaches the file system as UTF-8.
+    const std::wstring wide = dir.wstring() + L"/holed \u00e9.obj";
+    ASSERT_EQ(s.SavetoObj(wide.c_str()), 1);
+    EXPECT_TRUE(fs::exists(dir / fs::path(u8"holed \u00e9.obj")));
+    Solid3 back;
+    ASSERT_EQ(back.ImportFromObj(wide.c_str()), 1);
+    EXPECT_EQ(back.Vertex().size(), s.Vertex().size());
+    EXPECT_GT(back.Face().size(), s.Face().size());
+    EXPECT_TRUE(solid_test::Closed(back));
+    EXPECT_TRUE(back.GetClosed());
+    EXPECT_NEAR(solid_test::Volume(back), 22.0, 1e-9);
+}
+
+TEST_F(Solid3Obj, ReadsWhatRealFilesHold) {
+    Write("lib one.mtl",
+          "# library\nnewmtl steel\r\nKa 0.1 0.2 0.3\nKd 0.5\nKs 0 0 0\nTr 0.25\nillum 2\n"
+          "Ns 10\nmap_Kd steel.png\nnewmtl glass\nd -halo 0.5\nKa spectral x.rfl\n");
+    const fs::path obj = Write("in.obj",
+                               "\xEF\xBB\xBF# a file as tools write them\r\n"
+                               "mtllib lib one.mtl\r\n"
+                               "o block \r\n"
+                               "v 0 0 0\nv 1 0 0 1\nv 1 1 0 0.5 0.5 0.5\nv 0 1 0\n\n"
+                               "vt 0 0\nvt 1\nvt 1 1 0\n"
+                               "vn 0 0 -1\n"
+                               "g side\ns off\nusemtl steel\n"
+                               "f 1/1/1 2/2/1 3/3/1   # trailing comment\n"
+                               "f -4//-1 -2//1 \\\n -1//1\n"
+                               "usemtl paint\n"
+                               "f 1/1 3/3 4/2\n"
+                               "l 1 2\n"
+                               "usemtl glass\nf 4 3 2 1\n");
+    Solid3 s(1e-6);
+    s.SetName(L"kept unless named");
+    ASSERT_EQ(s.ImportFromObj(obj), 1);
+    EXPECT_EQ(s.GetName(), L"block");
+    ASSERT_EQ(s.Vertex().size(), 4u);
+    EXPECT_EQ(s.Vertex()[2].point.y, 1.0);
+    ASSERT_EQ(s.Face().size(), 4u);
+    EXPECT_EQ(s.Face()[0].textureLoop, (Loop{0, 1, 2}));
+    EXPECT_EQ(s.Face()[0].texture[1].x, 1.0);
+    EXPECT_EQ(s.Face()[0].texture[1].y, 0.0);
+    EXPECT_EQ(s.Face()[1].loop, (Loop{0, 2, 3}));
+    EXPECT_EQ(s.Face()[1].normalLoop, (Loop{0, 0, 0}));
+    EXPECT_EQ(s.Face()[2].textureLoop, (Loop{0, 1, 2}));
+    EXPECT_TRUE(s.Face()[2].normalLoop.empty());
+    ASSERT_EQ(s.Material().size(), 3u);
+    EXPECT_EQ(s.Material()[0].name, L"steel");
+    EXPECT_EQ(s.Material()[0].ambient.y, 0.2);
+    EXPECT_EQ(s.Material()[0].diffuse.z, 0.5);
+    EXPECT_EQ(s.Material()[0].opacity, 0.75);
+    EXPECT_EQ(s.Material()[0].illum, 2);
+    EXPECT_EQ(s.Material()[1].opacity, 0.5);
+    EXPECT_EQ(s.Material()[2].name, L"paint");
+    EXPECT_EQ(s.Face()[0].material, 0);
+    EXPECT_EQ(s.Face()[2].material, 2);
+    EXPECT_EQ(s.Face()[3].material, 1);
+    EXPECT_FALSE(s.GetClosed());
+    EXPECT_EQ(s.Edge().size(), 5u);
+}
+
+TEST_F(Solid3Obj, MalformedOrTruncatedFilesGiveZeroAndLeaveTheSolidAsItWas) {
+    Solid3 s;
+    ASSERT_TRUE(s.GenCuboid(
+        Mvector<Point3>{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 0, 1}, {0, 1, 1}}));
+    s.SetName(L"prism");
+    const Solid3 before = s;
+    const std::string good = "v 0 0 0\nv 1 0 0\nv 0 1 0\nvn 0 0 1\nvt 0 0\n";
+    for (const std::string bad : {"v 0 0\n",
+                                  "v 0 0 0 x\n",
+                                  "v 1e999 0 0\n",
+                                  "v nan 0 0\n",
+                                  "vn 0 0\n",
+                                  "vt\n",
+                                  "f 1 2\n",
+                                  "f 1 2 4\n",
+                                  "f 0 1 2\n",
+                                  "f 1 2 -4\n",
+                                  "f 1/1 2 3\n",
+                                  "f 1//1 2/1/1 3//1\n",
+                                  "f 1/2 2/1 3/1\n",
+                                  "f 1//2 2//1 3//1\n",
+                                  "f 1/ 2/ 3/\n",
+                                  "f 1/1/1/1 2 3\n",
+                                  "f 1 2 99999999999999999999\n",
+                                  "f 1 2 3x\n",
+                                  "bogus 1 2 3\n",
+                                  "f 1 2 3\nvt 1 2 3 4\n",
+                                  "mtllib\n"}) {
+        const fs::path p = Write("bad.obj", good + bad);
+        EXPECT_EQ(s.ImportFromObj(p), 0) << bad;
+        EXPECT_EQ(s, before) << bad;
+    }
+    Write("broken.mtl", "newmtl a\nKd 1 x 0\n");
+    EXPECT_EQ(s.ImportFromObj(Write("m.obj", good + "mtllib broken.mtl\n")), 0);
+    EXPECT_EQ(s.ImportFromObj(dir / "absent.obj"), 0);
+    EXPECT_EQ(s.ImportFromObj(dir), 0) << "a directory is not a file";
+    EXPECT_EQ(s, before);
+    // An empty file is a valid, empty solid; a missing library just gives no materials.
+    ASSERT_EQ(s.ImportFromObj(Write("e.obj", "mtllib nowhere.mtl\nusemtl x\n")), 1);
+    EXPECT_TRUE(s.Vertex().empty());
+    EXPECT_EQ(s.Material().size(), 1u);
+}
+
+}  // namespace
+}  // namespace quillon

@@ -1,0 +1,296 @@
+#include "quillon/geometry/space/solid3.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "tests/geometry/space/solid3_test_support.h"
+
+namespace quillon {
+namespace {
+
+using solid_test::Closed;
+using solid_test::Volume;
+
+using Loop = Mvector<std::uint32_t>;
+
+std::uint32_t U32(std::size_t i) { return static_cast<std::uint32_t>(i); }
+
+TEST(Solid3, GetVertexIndLastAddedWithinEpsWinsAsTheBackwardScan) {
+    Solid3 s(0.5);
+    EXPECT_EQ(s.AddVertex(Point3(0, 0, 0)), 0u);
+    EXPECT_EQ(s.AddVertex(Point3(0.25, 0, 0)), 1u);
+    EXPECT_EQ(s.GetVertexInd(Point3(0.125, 0, 0)), 1u) << "both within eps: the later-added wins";
+    EXPECT_EQ(s.GetVertexInd(Point3(-0.25, 0, 0)), 0u) << "exactly eps away is not within";
+    EXPECT_EQ(s.GetVertexInd(Point3(0.75, 0, 0)), 2u);
+
+    // Seeded agreement with the backward scan, through appends, edits and copies.
+    std::mt19937 gen(7);
+    for (int round = 0; round < 12; ++round) {
+        const double eps = std::uniform_real_distribution<double>(0.05, 0.5)(gen);
+        std::uniform_int_distribution<int> cell(-3, 3);
+        std::uniform_real_distribution<double> jitter(-0.4, 0.4);
+        const auto point = [&] {
+            return Point3(cell(gen) * 0.5 + jitter(gen), cell(gen) * 0.5 + jitter(gen),
+                          cell(gen) * 0.5 + jitter(gen));
+        };
+        Solid3 solid(eps);
+        for (int i = 0; i < 600; ++i) {
+            const Point3 p = point();
+            const auto& v = std::as_const(solid).Vertex();
+            std::size_t want = v.size();
+            for (std::size_t j = v.size(); j-- > 0;) {
+                if (v[j].point.distance(p) < eps) {
+                    want = j;
+                    break;
+                }
+            }
+            ASSERT_EQ(solid.GetVertexInd(p), want) << round << " " << i;
+            if (i % 97 == 0) solid.AddVertex(point());
+            if (i % 151 == 0)
+                solid.Vertex()[static_cast<std::size_t>(i) % v.size()].point = point();
+            if (i % 211 == 0) solid = Solid3(solid);
+        }
+    }
+}
+
+TEST(Solid3, AddNormalMergesWithTheLastNormalWithinEps) {
+    Solid3 s(0.1);
+    EXPECT_EQ(s.AddNormal(Vector3(0, 0, 1), true), 0u);
+    EXPECT_EQ(s.AddNormal(Vector3(0, 0.05, 1), false), 1u);
+    EXPECT_EQ(s.AddNormal(Vector3(0, 0.02, 1), true), 1u);
+    EXPECT_EQ(s.AddNormal(Vector3(0, -0.08, 1), true), 0u);
+    EXPECT_EQ(s.AddNormal(Vector3(1, 0, 0), true), 2u);
+}
+
+TEST(Solid3, ShiftByIsometryMovesVerticesAndLeavesNormalsUntouched) {
+    Solid3 s;
+    s.AddVertex(Point3(1, 0, 0));
+    s.AddVertex(Point3(0, 2, 0));
+    s.AddNormal(Vector3(1, 0, 0), false);
+    s.AddFace(Face3(Loop{0, 1, 0}));
+    s.Face()[0].normal = Vector3(0, 0, 1);
+    const Isometry3 iso(Rotate3(Rotate3_Z(std::numbers::pi / 2)), Translate3(0, 0, 5));
+    s <<= iso;
+    EXPECT_NEAR(s.Vertex()[0].point.x, 0.0, 1e-15);
+    EXPECT_NEAR(s.Vertex()[0].point.y, 1.0, 1e-15);
+    EXPECT_NEAR(s.Vertex()[1].point.x, -2.0, 1e-15);
+    EXPECT_EQ(s.Vertex()[1].point.z, 5.0);
+    EXPECT_EQ(s.Normal()[0].vec.x, 1.0);
+    EXPECT_EQ(s.Normal()[0].vec.y, 0.0);
+    EXPECT_EQ(s.Face()[0].normal.length(), 0.0) << "cached face normals are derived data";
+    // Moved vertices are found where they now are.
+    EXPECT_EQ(s.GetVertexInd(Point3(-2, 0, 5)), 1u);
+}
+
+TEST(Solid3, GenCuboidFromTwoRingsAppendsExactlyTheListedPrism) {
+    Solid3 s;
+    s.AddVertex(Point3(9, 9, 9));  // b = 1: the prism extends the solid
+    const Mvector<Point3> rings{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 0, 1}, {0, 1, 1}};
+    ASSERT_TRUE(s.GenCuboid(rings));
+    ASSERT_EQ(s.Vertex().size(), 7u);
+    EXPECT_EQ(s.Vertex()[4].point.z, 1.0);
+    const Mvector<Edge3d> edges{{1, 2}, {4, 5}, {1, 4}, {2, 3}, {5, 6},
+                                {2, 5}, {3, 1}, {6, 4}, {3, 6}};
+    EXPECT_EQ(s.Edge(), edges);
+    ASSERT_EQ(s.Face().size(), 5u);
+    EXPECT_EQ(s.Face()[0].loop, (Loop{1, 4, 5, 2}));
+    EXPECT_EQ(s.Face()[2].loop, (Loop{3, 6, 4, 1}));
+    EXPECT_EQ(s.Face()[3].loop, (Loop{1, 2, 3}));
+    EXPECT_EQ(s.Face()[4].loop, (Loop{6, 5, 4}));
+    EXPECT_TRUE(Closed(s));
+    EXPECT_NEAR(Volume(s), 0.5, 1e-15) << "base counter-clockwise below the top: outward";
+
+    Solid3 t;
+    EXPECT_FALSE(t.GenCuboid(Mvector<Point3>(rings.begin(), rings.begin() + 5)));
+    EXPECT_FALSE(t.GenCuboid(Mvector<Point3>(rings.begin(), rings.begin() + 4)));
+    EXPECT_TRUE(t.Vertex().empty() && t.Face().empty());
+}
+
+// Random prisms with holes, placed anywhere, base turning either way, path to either side:
+// closed, outward, the prism's volume, each face's edge list naming its own edges.
+TEST(Solid3, SweptPrismsAreClosedOutwardAndHaveThePrismVolume) {
+    std::mt19937 gen(13);
+    for (int round = 0; round < 60; ++round) {
+        const LocalPlane frame = solid_test::RandomFrame(gen);
+        Mvector<Point2> outer = solid_test::Star(gen, 6 + round % 8, 0, 0, 4.0, 6.0);
+        double area = solid_test::SignedArea(outer);
+        if (round % 2) outer.Reverse();
+        Mvector<Point3> base;
+        for (const Point2& p : outer) base.push_back(solid_test::Place(p, frame));
+        if (round % 3 == 0) base.push_back(base.front());  // a repeated closing point is dropped
+        Mmatrix<Point3> holes;
+        for (int h = 0; h < round % 3; ++h) {
+            Mvector<Point2> hole = solid_test::Star(gen, 4 + h, h ? 1.2 : -1.2, 0.0, 0.5, 0.9);
+            area -= solid_test::SignedArea(hole);
+            if ((round + h) % 2) hole.Reverse();
+            holes.push_back({});
+            for (const Point2& p : hole) holes.back().push_back(solid_test::Place(p, frame));
+        }
+        const double height = std::uniform_real_distribution<double>(0.5, 3.0)(gen);
+        const Vector3 slant(std::uniform_real_distribution<double>(-1, 1)(gen), 0.3, 0);
+        const Vector3 path = ((slant + Vector3(0, 0, round % 4 < 2 ? height : -height)) * frame);
+
+        Solid3 s(1e-9);
+        ASSERT_TRUE(s.GenCuboid(base, path, holes)) << round;
+        EXPECT_EQ(s.Vertex().size(), 2 * (outer.size() + [&] {
+                                         std::size_t n = 0;
+                                         for (const auto& h : holes) n += h.size();
+                                         return n;
+                                     }()));
+        EXPECT_TRUE(Closed(s)) << round;
+        EXPECT_NEAR(Volume(s), area * height, 1e-9 * area * height) << round;
+        EXPECT_EQ(s.Face().back().holes.size(), holes.size());
+        for (const Face3& f : s.Face()) {
+            ASSERT_EQ(f.edges.size(), f.GetAllNodesCnt());
+            for (std::size_t c = 0; c < f.loop.size(); ++c) {
+                const Edge3d& e = s.Edge()[f.edges[c]];
+                const std::uint32_t a = f.loop[c], b = f.loop[(c + 1) % f.loop.size()];
+                EXPECT_TRUE((e.beg == a && e.end == b) || (e.beg == b && e.end == a));
+            }
+        }
+    }
+    Solid3 s;
+    const Mvector<Point3> flat{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
+    EXPECT_FALSE(s.GenCuboid(flat, Vector3(1, 0, 0), {})) << "a path in the base plane";
+    EXPECT_FALSE(s.GenCuboid({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}}, Vector3(0, 0, 1), {}));
+    EXPECT_FALSE(s.GenCuboid({{0, 0, 0}, {1, 0, 0}, {1, 1, 0.5}, {0, 1, 0}}, Vector3(0, 0, 1), {}));
+    EXPECT_TRUE(s.Vertex().empty());
+}
+
+TEST(Solid3, LoftsThroughRingsAreClosedAndOutward) {
+    std::mt19937 gen(21);
+    for (int round = 0; round < 30; ++round) {
+        const int k = 3 + round % 6, m = 2 + round % 5;
+        const bool loop = round % 3 == 0 && m >= 3;
+        const Mvector<Point2> ring = solid_test::Star(gen, k, 0, 0, 0.5, 1.0);
+        Mvector<Point3> points;
+        for (int r = 0; r < m; ++r) {
+            // Straight: translated copies; looped: the ring turned about an axis beside it.
+            const double a = 2.0 * std::numbers::pi * r / m;
+            for (const Point2& p : ring) {
+                const Point3 q =
+                    loop ? Point3((p.x + 3.0) * std::cos(a), (p.x + 3.0) * std::sin(a), p.y)
+                         : Point3(p.x, p.y, 1.5 * r);
+                points.push_back(round % 2 ? q : Point3(q.x, -q.y, q.z));
+            }
+        }
+        Solid3 s;
+        ASSERT_TRUE(s.GenComplexCuboid(points, k, loop)) << round;
+        EXPECT_TRUE(Closed(s)) << round;
+        EXPECT_GT(Volume(s), 0.0) << round;
+        if (!loop) {
+            EXPECT_NEAR(Volume(s), std::fabs(solid_test::SignedArea(ring)) * 1.5 * (m - 1), 1e-12)
+                << round;
+        }
+    }
+    Solid3 s;
+    EXPECT_FALSE(s.GenComplexCuboid({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, 3, false));
+    EXPECT_FALSE(s.GenComplexCuboid(
+        {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, 3, false))
+        << "no volume";
+    EXPECT_TRUE(s.Vertex().empty() && s.Face().empty() && s.Edge().empty());
+}
+
+TEST(Solid3, TriangulateFaceOfAHoledFaceCoversItsArea) {
+    std::mt19937 gen(5);
+    for (int round = 0; round < 40; ++round) {
+        const LocalPlane frame = solid_test::RandomFrame(gen);
+        Solid3 s;
+        Face3 f;
+        Mvector<Point2> outer = solid_test::Star(gen, 6 + round % 7, 0, 0, 4.0, 5.0);
+        if (round % 2) outer.Reverse();
+        double area = std::fabs(solid_test::SignedArea(outer));
+        for (const Point2& p : outer)
+            f.loop.push_back(U32(s.AddVertex(solid_test::Place(p, frame))));
+        for (int h = 0; h < 1 + round % 3; ++h) {
+            Mvector<Point2> hole = solid_test::Star(gen, 5, -1.5 + 1.5 * h, 0.0, 0.3, 0.6);
+            area -= std::fabs(solid_test::SignedArea(hole));
+            f.holes.push_back({});
+            for (const Point2& p : hole)
+                f.holes.back().push_back(U32(s.AddVertex(solid_test::Place(p, frame))));
+        }
+        s.AddFace(f);
+        Mmatrix<std::size_t> tris;
+        ASSERT_TRUE(s.TriangulateFace(0, tris)) << round;
+        // Areas add up, and every triangle turns as the outer loop.
+        const Vector3 z = frame.get_dir_z() * (round % 2 ? -1.0 : 1.0);
+        double sum = 0.0;
+        for (const auto& t : tris) {
+            const Point3 &a = s.Vertex()[t[0]].point, &b = s.Vertex()[t[1]].point,
+                         &c = s.Vertex()[t[2]].point;
+            const double twice = ((b - a) % (c - a)) * z;
+            EXPECT_GT(twice, 0.0);
+            sum += twice / 2.0;
+        }
+        EXPECT_NEAR(sum, area, 1e-9 * area) << round;
+    }
+    Solid3 s;
+    Mmatrix<std::size_t> tris(1, 3, 0);
+    EXPECT_FALSE(s.TriangulateFace(0, tris));
+    EXPECT_TRUE(tris.empty());
+    s.AddFace(Face3(Loop{0, 1, 2}));
+    EXPECT_FALSE(s.TriangulateFace(0, tris)) << "indices outside the vertex list";
+}
+
+TEST(Solid3, MergeSharesVerticesNormalsAndMaterialsByName) {
+    Solid3 a(1e-6), b(1e-6);
+    ASSERT_TRUE(a.GenCuboid(Mvector<Point3>{
+        {0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}}));
+    ASSERT_TRUE(b.GenCuboid(Mvector<Point3>{
+        {1, 0, 0}, {2, 0, 0}, {2, 1, 0}, {1, 1, 0}, {1, 0, 1}, {2, 0, 1}, {2, 1, 1}, {1, 1, 1}}));
+    a.AddMaterial(Material3(L"steel"));
+    b.AddMaterial(Material3(L"wood"));
+    b.AddMaterial(Material3(L"steel"));
+    b.AddNormal(Vector3(0, 0, 1), false);
+    a.AddNormal(Vector3(0, 0, 1), false);
+    b.Face()[0].material = 1;
+    b.Face()[1].material = 0;
+    b.Face()[1].normalLoop = Loop{0, 0, 0, 0};
+    ASSERT_TRUE(a.Merge(b));
+    EXPECT_EQ(a.Vertex().size(), 12u) << "the shared face's four corners are shared";
+    EXPECT_EQ(a.Face().size(), 12u);
+    EXPECT_EQ(a.Face()[6].material, 0);
+    EXPECT_EQ(a.Face()[7].material, 1);
+    EXPECT_EQ(a.Material()[1].name, L"wood");
+    EXPECT_EQ(a.Face()[7].normalLoop, (Loop{0, 0, 0, 0}));
+    EXPECT_EQ(a.Normal().size(), 1u);
+    EXPECT_EQ(a.Face()[6].loop, (Loop{1, 5, 8, 9}));
+
+    const Solid3 before = a;
+    b.Face()[2].loop.push_back(99);
+    EXPECT_FALSE(a.Merge(b));
+    EXPECT_EQ(a, before) << "a refused merge adds nothing";
+    Solid3 self = before;
+    ASSERT_TRUE(self.Merge(self));
+    EXPECT_EQ(self.Vertex().size(), before.Vertex().size());
+    EXPECT_EQ(self.Face().size(), 2 * before.Face().size());
+}
+
+TEST(Solid3, GenerateEdgesListsEachEdgeOnceInOrderOfFirstUse) {
+    Solid3 s;
+    for (int i = 0; i < 5; ++i) s.AddVertex(Point3(i, i * i, 0));
+    Face3 f(Loop{0, 1, 2});
+    f.holes.push_back(Loop{3, 4});
+    s.AddFace(f);
+    s.AddFace(Face3(Loop{2, 1, 4}));
+    s.GenerateEdges();
+    const Mvector<Edge3d> want{{0, 1}, {1, 2}, {2, 0}, {3, 4}, {1, 4}, {4, 2}};
+    EXPECT_EQ(s.Edge(), want);
+    EXPECT_EQ(s.Face()[0].edges, (Loop{0, 1, 2, 3, 3}));
+    EXPECT_EQ(s.Face()[1].edges, (Loop{1, 4, 5}));
+    Point3 lo, hi;
+    ASSERT_TRUE(s.GetExtents(lo, hi));
+    EXPECT_EQ(hi.y, 16.0);
+    s.Clear();
+    EXPECT_FALSE(s.GetExtents(lo, hi));
+    EXPECT_TRUE(s.GetClosed());
+}
+
+}  // namespace
+}  // namespace quillon
