@@ -13,7 +13,9 @@ namespace {
 std::atomic<long> g_boolSubstractCalls{0};
 std::atomic<bool> g_boolSubstractChecking{false};
 
-// Every directed edge of every loop run exactly once, and its reverse exactly once.
+// Every edge run as often one way as the other by the loops of the faces: a watertight surface.
+// Solids that touch along an edge or at a corner unite into a surface whose edge there is run by
+// four faces, twice each way: still closed, though not a 2-manifold.
 bool ClosedSurface(const Solid3& s) {
     std::unordered_map<std::uint64_t, int> runs;
     auto add = [&](const Mvector<std::uint32_t>& loop) {
@@ -24,12 +26,9 @@ bool ClosedSurface(const Solid3& s) {
         add(f.loop);
         for (const auto& h : f.holes) add(h);
     }
-    if (runs.empty()) return true;  // nothing is trivially closed
     for (const auto& [key, count] : runs) {
-        if (count != 1) return false;
-        const std::uint64_t back = (key << 32) | (key >> 32);
-        const auto it = runs.find(back);
-        if (it == runs.end() || it->second != 1) return false;
+        const auto it = runs.find((key << 32) | (key >> 32));
+        if (it == runs.end() || it->second != count) return false;
     }
     return true;
 }
@@ -146,10 +145,7 @@ void SetBoolSubstractChecking(bool on) { g_boolSubstractChecking = on; }
 bool GetBoolSubstractChecking() { return g_boolSubstractChecking; }
 long BoolSubstractCalls() { return g_boolSubstractCalls; }
 
-namespace {
-
-// The box rules of BoolSubstract's check, axis by axis (see SetBoolSubstractChecking).
-bool BoxesFit(const Solid3& a, const Solid3& b, const Solid3& r) {
+bool BoolSubstractBoxesFit(const Solid3& a, const Solid3& b, const Solid3& r) {
     const double e = a.GetEps();
     Point3 alo, ahi, blo, bhi, rlo, rhi;
     if (!a.GetExtents(alo, ahi)) return r.Face().empty();
@@ -177,8 +173,6 @@ bool BoxesFit(const Solid3& a, const Solid3& b, const Solid3& r) {
     return true;
 }
 
-}  // namespace
-
 bool BoolSubstract(const Solid3& a, const Solid3& b, Solid3& result, int* status) {
     ++g_boolSubstractCalls;
     Solid3Inter inter(a, b);
@@ -186,7 +180,7 @@ bool BoolSubstract(const Solid3& a, const Solid3& b, Solid3& result, int* status
     result.Clear();
     bool ok = inter.BoolOper(BOOL_SUBTRACT, result);
     int bits = inter.GetErrorStat();
-    if (ok && g_boolSubstractChecking && !BoxesFit(a, b, result)) {
+    if (ok && g_boolSubstractChecking && !BoolSubstractBoxesFit(a, b, result)) {
         ok = false;
         bits |= 0x2000;
     }

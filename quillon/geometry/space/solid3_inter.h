@@ -62,7 +62,7 @@ enum E_STATUS : int {
 };
 
 enum EBOOL_OPER : int {
-    BOOL_SUBTRACT = 1,   // first minus second
+    BOOL_SUBTRACT = 1,  // first minus second
     BOOL_UNION = 2,
     BOOL_INTERSECT = 3,
     BOOL_ALL_PIECES = 4  // every piece of both solids
@@ -127,6 +127,8 @@ public:
 
     // The first operand is referenced (it must outlive this object), the second copied.
     Solid3Inter(const Solid3& first, const Solid3& second);
+    // A temporary first operand would be gone before the operation reads it.
+    Solid3Inter(Solid3&& first, const Solid3& second) = delete;
 
     // Runs the preparation steps in order; true when all succeeded (the object is then ready).
     bool MakeInterData();
@@ -176,6 +178,8 @@ public:
     const Mvector<int>& VertexStatus() const { return vertexStatus; }
     const Mvector<Edge3Inter>& Edges() const { return edges; }
     const Mvector<Face3Inter>& Faces() const { return faces; }
+    // The faces may be adjusted between the steps (a caller running them one by one).
+    Mvector<Face3Inter>& Faces() { return faces; }
     double GetEps() const { return eps; }
 
 private:
@@ -197,8 +201,8 @@ private:
     void RememberPoint(std::uint32_t e, std::uint32_t g, std::uint32_t v);
     void AddNewEdge(std::uint32_t face, std::uint32_t u, std::uint32_t w, bool crossing);
     bool FillDerived(Face3Inter& f) const;
-    bool RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_iterator first,
-                     std::vector<NewEdge>::const_iterator last);
+    bool RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_iterator from,
+                     std::vector<NewEdge>::const_iterator to);
     // 1 outside, 2 inside the solid of `owner` for a point off its boundary; 0 undecidable.
     int ClassifyPoint(const Point3& p, int owner) const;
     // Whether p lies on the boundary of the solid of `owner` (within eps of one of its faces).
@@ -209,7 +213,6 @@ private:
     bool OnFaceBoundary(const Face3Inter& f, const Point2& q) const;
     Point2 ToFace(const Face3Inter& f, const Point3& p) const;
     bool InteriorPoint(const Face3Inter& f, Point3& p) const;
-
 
     detail::PointPool pool;
     Mvector<int> vertexStatus;
@@ -248,6 +251,8 @@ bool BoolSubstract(const Solid3& a, const Solid3& b, Solid3& result, int* status
 // not reach past a's extreme on a side, the result keeps that extreme; and an empty result needs
 // a b that covers a's box.
 void SetBoolSubstractChecking(bool on);
+// The box rules above applied to a result of a − b: true when the result fits.
+bool BoolSubstractBoxesFit(const Solid3& a, const Solid3& b, const Solid3& result);
 bool GetBoolSubstractChecking();
 // How many times BoolSubstract has been called in this process.
 long BoolSubstractCalls();

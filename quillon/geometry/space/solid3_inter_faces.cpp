@@ -137,8 +137,8 @@ double SignedArea(const std::vector<Point2>& p, const std::vector<std::uint32_t>
 
 }  // namespace
 
-bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_iterator first,
-                              std::vector<NewEdge>::const_iterator last) {
+bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_iterator from,
+                              std::vector<NewEdge>::const_iterator to) {
     // The parent's data is copied: appending the pieces moves the face list.
     const Face3Inter parent = faces[f];
     std::vector<std::uint32_t> ids;  // local number -> working vertex
@@ -155,13 +155,13 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
     std::vector<Half> halves;
     auto boundary = [&](const Mvector<std::uint32_t>& loop, const Mvector<std::uint32_t>& list) {
         for (std::size_t i = 0; i < loop.size(); ++i)
-            halves.push_back({number(loop[i]), number(loop[(i + 1) % loop.size()]), list[i], kNone,
-                              false, 0.0});
+            halves.push_back(
+                {number(loop[i]), number(loop[(i + 1) % loop.size()]), list[i], kNone, false, 0.0});
     };
     boundary(parent.loop, parent.edges);
     for (std::size_t h = 0; h < parent.holes.size(); ++h)
         boundary(parent.holes[h], parent.holeEdges[h]);
-    for (auto it = first; it != last; ++it) {
+    for (auto it = from; it != to; ++it) {
         number(it->u);
         number(it->w);
     }
@@ -170,9 +170,10 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
     // meet only at shared vertices.
     std::vector<std::uint32_t> byX(ids.size());
     for (std::uint32_t i = 0; i < byX.size(); ++i) byX[i] = i;
-    std::sort(byX.begin(), byX.end(), [&](std::uint32_t a, std::uint32_t b) { return at[a].x < at[b].x; });
+    std::sort(byX.begin(), byX.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return at[a].x < at[b].x; });
     std::vector<std::pair<double, std::uint32_t>> inside;
-    for (auto it = first; it != last; ++it) {
+    for (auto it = from; it != to; ++it) {
         const std::uint32_t a = local[it->u], b = local[it->w];
         const Point2 pa = at[a], pb = at[b];
         const Vector2 ab = pb - pa;

@@ -37,6 +37,31 @@ struct UnionFind {
     void join(std::uint32_t a, std::uint32_t b) { parent[find(a)] = find(b); }
 };
 
+// Whether two loops hold the same vertices in the same cyclic order, run either way.
+bool SameRing(const Mvector<std::uint32_t>& a, const Mvector<std::uint32_t>& b) {
+    const std::size_t n = a.size();
+    if (b.size() != n || n == 0) return false;
+    const auto it = std::find(b.begin(), b.end(), a[0]);
+    if (it == b.end()) return false;
+    const auto k = static_cast<std::size_t>(it - b.begin());
+    bool forward = true, backward = true;
+    for (std::size_t t = 1; t < n && (forward || backward); ++t) {
+        forward = forward && b[(k + t) % n] == a[t];
+        backward = backward && b[(k + n - t) % n] == a[t];
+    }
+    return forward || backward;
+}
+
+bool SameOutline(const Face3Inter& f, const Face3Inter& g) {
+    if (!SameRing(f.loop, g.loop) || f.holes.size() != g.holes.size()) return false;
+    for (const auto& h : f.holes) {
+        bool found = false;
+        for (const auto& k : g.holes) found = found || SameRing(h, k);
+        if (!found) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 int Solid3Inter::ClassifyPoint(const Point3& p, int owner) const {
@@ -294,7 +319,10 @@ bool Solid3Inter::SetFaceStatus() {
     }
     // 3. Faces on the other solid's boundary find their twins; a face with none is taken as
     // inside, deliberately. Candidates share the first corner's vertex (coincident points are
-    // one working vertex), examined in index order as a scan of every face would meet them.
+    // one working vertex), examined in index order as a scan of every face would meet them. A
+    // candidate that AreTwinFaces accepts is taken only when the two faces coincide corner for
+    // corner, holes included: AreTwinFaces looks at one edge only, and so also accepts two faces
+    // of one plane that merely share an edge.
     std::vector<std::vector<std::uint32_t>> facesAt(pool.size());
     for (std::uint32_t j = 0; j < faces.size(); ++j) {
         if (!faces[j].alive) continue;
@@ -310,7 +338,7 @@ bool Solid3Inter::SetFaceStatus() {
         for (const std::uint32_t j : facesAt[f.loop[0]]) {
             if (j == i || faces[j].hasTwin()) continue;
             E_STATUS st;
-            if (!AreTwinFaces(i, j, st)) continue;
+            if (!AreTwinFaces(i, j, st) || !SameOutline(faces[i], faces[j])) continue;
             f.twin = j;
             faces[j].twin = i;
             f.status = st;

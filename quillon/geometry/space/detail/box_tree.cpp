@@ -62,10 +62,9 @@ std::uint32_t BoxTree::buildNode(std::uint32_t first, std::uint32_t count,
     const int axis = ext.x >= ext.y && ext.x >= ext.z ? 0 : (ext.y >= ext.z ? 1 : 2);
     const std::uint32_t half = count / 2;
     auto begin = order.begin() + first;
-    std::nth_element(begin, begin + half, begin + count,
-                     [&](std::uint32_t a, std::uint32_t b) {
-                         return centres[a].tab()[axis] < centres[b].tab()[axis];
-                     });
+    std::nth_element(begin, begin + half, begin + count, [&](std::uint32_t a, std::uint32_t b) {
+        return centres[a].tab()[axis] < centres[b].tab()[axis];
+    });
     const std::uint32_t left = buildNode(first, half, centres);
     const std::uint32_t right = buildNode(first + half, count - half, centres);
     nodes[self].first = left;

@@ -3,8 +3,8 @@
 //
 // The tree is built once over a list of boxes and answers box and ray queries by visiting only the
 // subtrees whose boxes the query meets. Queries report item indices in no particular order; callers
-// that need an order (the first match in index order, say) sort what they collect. Empty boxes never
-// match. Nothing here throws except std::bad_alloc.
+// that need an order (the first match in index order, say) sort what they collect. Empty boxes
+// never match. Nothing here throws except std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -56,7 +56,8 @@ private:
     struct Node {
         Box3 box;
         std::uint32_t first = 0;  // leaf: first index into `order`; inner: index of the left child
-        std::uint32_t count = 0;  // leaf: number of items; inner: 0 (the right child follows left's subtree)
+        std::uint32_t count =
+            0;  // leaf: number of items; inner: 0 (the right child follows left's subtree)
         std::uint32_t right = 0;  // inner: index of the right child
     };
     std::uint32_t buildNode(std::uint32_t first, std::uint32_t count, std::vector<Point3>& centres);

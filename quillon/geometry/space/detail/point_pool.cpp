@@ -7,12 +7,12 @@ namespace quillon::detail {
 
 PointPool::PointPool(double tolerance)
     : tol(tolerance > 0.0 && std::isfinite(tolerance) ? tolerance : 0.0),
-      size(tol > 0.0 ? 2.0 * tol : 1.0) {}
+      cellSize(tol > 0.0 ? 2.0 * tol : 1.0) {}
 
 std::int64_t PointPool::cell(double v) const {
     // Far coordinates (or non-finite ones) share the outermost cells: the distance test still
     // decides, the grid only narrows the search.
-    const double c = std::floor(v / size);
+    const double c = std::floor(v / cellSize);
     if (!(c > -4.0e18)) return static_cast<std::int64_t>(-4.0e18);
     if (!(c < 4.0e18)) return static_cast<std::int64_t>(4.0e18);
     return static_cast<std::int64_t>(c);

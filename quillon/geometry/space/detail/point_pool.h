@@ -46,7 +46,7 @@ private:
     Key keyOf(const Point3& p) const { return {cell(p.x), cell(p.y), cell(p.z)}; }
 
     double tol;
-    double size;  // cell edge
+    double cellSize;  // edge of a grid cell
     std::vector<Point3> pts;
     std::unordered_map<Key, std::vector<std::uint32_t>, KeyHash> grid;
 };
