@@ -134,7 +134,7 @@ bool Solid3Inter::BoolOper(EBOOL_OPER op, Solid3& result) {
     SelectSolidData(rows, result);
     const bool closed = ClosedSurface(result);
     result.SetClosed(closed);
-    if (op != BOOL_ALL_PIECES && first.GetClosed() && second.GetClosed() && !closed) {
+    if (first.GetClosed() && second.GetClosed() && !closed) {
         errorStat |= errNotClosed;
         return false;
     }

@@ -40,10 +40,10 @@
 #include <utility>
 #include <vector>
 
-#include "quillon/geometry/plane/contour2.h"
 #include "quillon/geometry/plane/mvector.h"
 #include "quillon/geometry/space/detail/box_tree.h"
 #include "quillon/geometry/space/detail/point_pool.h"
+#include "quillon/geometry/space/detail/ring2.h"
 #include "quillon/geometry/space/local3.h"
 #include "quillon/geometry/space/solid3.h"
 
@@ -105,11 +105,11 @@ struct Face3Inter {
 
     // Derived (GenSecondaryData): the plane n·x + d = 0 (n = normal), a frame in the plane whose
     // z axis points into the solid (so the outer loop turns counter-clockwise in it), and the
-    // loops as plane polygons in that frame with tolerance eps.
+    // loops as plane polygons in that frame.
     double d = 0.0;
     LocalPlane frame;
-    Contour2 outline;
-    Mvector<Contour2> holeOutlines;
+    detail::Ring2 outline;
+    std::vector<detail::Ring2> holeOutlines;
     detail::Box3 box;
 
     bool hasTwin() const { return twin < noTwin; }
@@ -140,10 +140,11 @@ public:
     //   4 all pieces:    (every owner, outside, inside or either twin, as is)
     // Coincident faces come from the first operand only, so no face is emitted twice. False when
     // not ready, for an operator outside 1 to 4 (result untouched), or — with bit 0x1000 — when
-    // both operands are closed and the selected faces of operations 1 to 3 are not (the result
-    // then holds them). The result's closed flag tells whether all its faces form a closed
-    // surface (every edge run once in each direction); the pieces of operation 4 overlap, so its
-    // result is never closed and is not checked.
+    // both operands are closed and the result is not (it then holds the selected faces). The
+    // result's closed flag tells whether all its faces form a closed surface: every edge run as
+    // often one way as the other (solids touching along an edge unite into a surface whose edge
+    // there is run twice each way). The pieces of operation 4 are both surfaces cut along each
+    // other: closed, enclosing |first| + |second|.
     bool BoolOper(EBOOL_OPER op, Solid3& result);
     int GetErrorStat() const { return errorStat; }
     bool IsReady() const { return ready; }
@@ -201,8 +202,9 @@ private:
     void RememberPoint(std::uint32_t e, std::uint32_t g, std::uint32_t v);
     void AddNewEdge(std::uint32_t face, std::uint32_t u, std::uint32_t w, bool crossing);
     bool FillDerived(Face3Inter& f) const;
+    struct RebuildScratch;  // working arrays of RebuildFace, reused from face to face
     bool RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_iterator from,
-                     std::vector<NewEdge>::const_iterator to);
+                     std::vector<NewEdge>::const_iterator to, RebuildScratch& scratch);
     // 1 outside, 2 inside the solid of `owner` for a point off its boundary; 0 undecidable.
     int ClassifyPoint(const Point3& p, int owner) const;
     // Whether p lies on the boundary of the solid of `owner` (within eps of one of its faces).

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "quillon/geometry/plane/contour2.h"
 #include "quillon/geometry/space/line3.h"
 #include "quillon/geometry/space/plane3.h"
 #include "quillon/geometry/space/sector3.h"
@@ -82,8 +83,8 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
         Between(a, b, t, &p);
         return p;
     };
-    auto visit = [&](const Mvector<std::uint32_t>& loop, const Contour2& poly) {
-        const auto& pts = poly.Points();
+    auto visit = [&](const Mvector<std::uint32_t>& loop, const detail::Ring2& poly) {
+        const auto& pts = poly.points();
         const std::size_t n = pts.size();
         for (std::size_t i = 0; i < n; ++i) {
             // A corner of the face lying inside the edge splits it at that very vertex.

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "quillon/geometry/plane/contour2.h"
 #include "quillon/geometry/space/solid3_inter.h"
 
 namespace quillon {
@@ -50,7 +51,7 @@ bool Solid3Inter::GenrateNewEdges() {
         });
         for (std::size_t i = 0; i + 1 < pts.size(); ++i) {
             const std::uint32_t u = pts[i], w = pts[i + 1];
-            if (pool[u].distance(pool[w]) <= eps) continue;
+            if (pool[u].distance2(pool[w]) <= eps * eps) continue;
             const Point3 m = (pool[u] + pool[w]) * 0.5;
             const Point2 qa = ToFace(A, m), qb = ToFace(B, m);
             if (!inOrOn(A, qa) || !inOrOn(B, qb)) continue;
@@ -100,12 +101,50 @@ bool Solid3Inter::GenrateNewEdges() {
     return true;
 }
 
+namespace {
+
+struct Half {
+    std::uint32_t from, to;  // local vertex numbers
+    std::uint32_t edge;      // working edge index
+    std::uint32_t twin;      // the opposite half-edge of a new edge, or none
+    bool crossing;
+    double angle;  // a pseudo-angle of the direction: monotone in the polar angle, in [0, 4)
+};
+constexpr std::uint32_t kNone = 0xffffffffu;
+
+// A monotone stand-in for the polar angle of (x, y), in [0, 4): the half-edges at a vertex sort by
+// it exactly as by the angle, without a transcendental function.
+double PseudoAngle(double x, double y) {
+    const double d = std::fabs(x) + std::fabs(y);
+    if (d == 0.0) return 0.0;
+    const double t = y / d;  // in [-1, 1]
+    return x >= 0.0 ? (y >= 0.0 ? t : 4.0 + t) : 2.0 - t;
+}
+
+}  // namespace
+
+struct Solid3Inter::RebuildScratch {
+    std::vector<std::uint32_t> localOf;  // working vertex -> local number (kNone when absent)
+    std::vector<std::uint32_t> ids;      // local number -> working vertex
+    std::vector<Point2> at;              // local number -> position in the face's frame
+    std::vector<Half> halves;
+    std::vector<std::uint32_t> outStart, outList, fill;  // outgoing half-edges per vertex
+    std::vector<char> used;
+    std::vector<std::uint32_t> cycle, kept;
+    std::vector<std::uint32_t> ringStart, ringHalves;  // the traced outlines, one after another
+    std::vector<std::pair<double, std::uint32_t>> inside;
+    std::vector<std::uint32_t> byX;
+    std::vector<std::uint32_t> faceOfHalf;
+};
+
 bool Solid3Inter::GenerateFaces() {
     pendingPairs.clear();
+    RebuildScratch scratch;
+    scratch.localOf.assign(pool.size(), kNone);
     for (auto it = newEdges.cbegin(); it != newEdges.cend();) {
         auto jt = it;
         while (jt != newEdges.cend() && jt->face == it->face) ++jt;
-        if (!RebuildFace(it->face, it, jt)) {
+        if (!RebuildFace(it->face, it, jt, scratch)) {
             errorStat |= errFaceRebuild;
             return false;
         }
@@ -114,45 +153,24 @@ bool Solid3Inter::GenerateFaces() {
     return true;
 }
 
-namespace {
-
-struct Half {
-    std::uint32_t from, to;  // local vertex numbers
-    std::uint32_t edge;      // working edge index
-    std::uint32_t twin;      // the opposite half-edge of a new edge, or none
-    bool crossing;
-    double angle;
-};
-constexpr std::uint32_t kNone = 0xffffffffu;
-
-double SignedArea(const std::vector<Point2>& p, const std::vector<std::uint32_t>& ring) {
-    double a = 0.0;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        const Point2& u = p[ring[i]];
-        const Point2& v = p[ring[(i + 1) % ring.size()]];
-        a += u.x * v.y - u.y * v.x;
-    }
-    return 0.5 * a;
-}
-
-}  // namespace
-
 bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_iterator from,
-                              std::vector<NewEdge>::const_iterator to) {
-    // The parent's data is copied: appending the pieces moves the face list.
-    const Face3Inter parent = faces[f];
-    std::vector<std::uint32_t> ids;  // local number -> working vertex
-    std::unordered_map<std::uint32_t, std::uint32_t> local;
-    std::vector<Point2> at;
+                              std::vector<NewEdge>::const_iterator to, RebuildScratch& S) {
+    auto& ids = S.ids;
+    auto& at = S.at;
+    auto& halves = S.halves;
+    ids.clear();
+    at.clear();
+    halves.clear();
+    const Face3Inter& parent = faces[f];
     auto number = [&](std::uint32_t v) {
-        auto [it, fresh] = local.try_emplace(v, static_cast<std::uint32_t>(ids.size()));
-        if (fresh) {
+        std::uint32_t& slot = S.localOf[v];
+        if (slot == kNone) {
+            slot = static_cast<std::uint32_t>(ids.size());
             ids.push_back(v);
             at.push_back(ToFace(parent, pool[v]));
         }
-        return it->second;
+        return slot;
     };
-    std::vector<Half> halves;
     auto boundary = [&](const Mvector<std::uint32_t>& loop, const Mvector<std::uint32_t>& list) {
         for (std::size_t i = 0; i < loop.size(); ++i)
             halves.push_back(
@@ -165,38 +183,51 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
         number(it->u);
         number(it->w);
     }
+    const std::size_t nv = ids.size();
+    auto release = [&] {
+        for (const std::uint32_t v : ids) S.localOf[v] = kNone;
+    };
 
     // New edges are split at every vertex of the face lying inside them, so that the regions
-    // meet only at shared vertices.
-    std::vector<std::uint32_t> byX(ids.size());
-    for (std::uint32_t i = 0; i < byX.size(); ++i) byX[i] = i;
-    std::sort(byX.begin(), byX.end(),
-              [&](std::uint32_t a, std::uint32_t b) { return at[a].x < at[b].x; });
-    std::vector<std::pair<double, std::uint32_t>> inside;
+    // meet only at shared vertices. Vertices sorted by x narrow the search on large faces.
+    const bool sorted = nv > 32;
+    if (sorted) {
+        S.byX.resize(nv);
+        for (std::uint32_t i = 0; i < nv; ++i) S.byX[i] = i;
+        std::sort(S.byX.begin(), S.byX.end(),
+                  [&](std::uint32_t a, std::uint32_t b) { return at[a].x < at[b].x; });
+    }
+    const double eps2 = eps * eps;
     for (auto it = from; it != to; ++it) {
-        const std::uint32_t a = local[it->u], b = local[it->w];
+        const std::uint32_t a = S.localOf[it->u], b = S.localOf[it->w];
         const Point2 pa = at[a], pb = at[b];
         const Vector2 ab = pb - pa;
         const double len2 = ab.length2();
-        inside.clear();
+        S.inside.clear();
+        auto consider = [&](std::uint32_t k) {
+            if (k == a || k == b) return;
+            const Vector2 ap = at[k] - pa;
+            const double t = (ap * ab) / len2;
+            if (t <= 0.0 || t >= 1.0) return;
+            const double cross = ap % ab;
+            if (cross * cross > eps2 * len2) return;
+            if (at[k].distance2(pa) <= eps2 || at[k].distance2(pb) <= eps2) return;
+            S.inside.emplace_back(t, k);
+        };
         if (len2 > 0.0) {
-            const double lo = std::min(pa.x, pb.x) - eps, hi = std::max(pa.x, pb.x) + eps;
-            auto k = std::lower_bound(byX.begin(), byX.end(), lo,
-                                      [&](std::uint32_t v, double x) { return at[v].x < x; });
-            for (; k != byX.end() && at[*k].x <= hi; ++k) {
-                if (*k == a || *k == b) continue;
-                const Vector2 ap = at[*k] - pa;
-                const double t = (ap * ab) / len2;
-                if (t <= 0.0 || t >= 1.0) continue;
-                if (std::fabs(ap % ab) > eps * std::sqrt(len2)) continue;
-                if (at[*k].distance(pa) <= eps || at[*k].distance(pb) <= eps) continue;
-                inside.emplace_back(t, *k);
+            if (sorted) {
+                const double lo = std::min(pa.x, pb.x) - eps, hi = std::max(pa.x, pb.x) + eps;
+                auto k = std::lower_bound(S.byX.begin(), S.byX.end(), lo,
+                                          [&](std::uint32_t v, double x) { return at[v].x < x; });
+                for (; k != S.byX.end() && at[*k].x <= hi; ++k) consider(*k);
+            } else {
+                for (std::uint32_t k = 0; k < nv; ++k) consider(k);
             }
         }
-        std::sort(inside.begin(), inside.end());
+        std::sort(S.inside.begin(), S.inside.end());
         std::uint32_t prev = a;
-        inside.emplace_back(2.0, b);
-        for (const auto& [t, v] : inside) {
+        S.inside.emplace_back(2.0, b);
+        for (const auto& [t, v] : S.inside) {
             (void)t;
             if (v == prev) continue;
             Edge3Inter e;
@@ -215,127 +246,165 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
     }
 
     // Outgoing half-edges of each vertex in counter-clockwise order of direction.
-    std::vector<std::vector<std::uint32_t>> out(ids.size());
-    for (std::uint32_t h = 0; h < halves.size(); ++h) {
-        Half& hh = halves[h];
+    const auto nh = static_cast<std::uint32_t>(halves.size());
+    S.outStart.assign(nv + 1, 0);
+    for (Half& hh : halves) {
         const Vector2 d = at[hh.to] - at[hh.from];
-        hh.angle = std::atan2(d.y, d.x);
-        out[hh.from].push_back(h);
+        hh.angle = PseudoAngle(d.x, d.y);
+        ++S.outStart[hh.from + 1];
     }
-    for (auto& o : out)
-        std::sort(o.begin(), o.end(), [&](std::uint32_t a, std::uint32_t b) {
-            return halves[a].angle < halves[b].angle;
-        });
+    for (std::size_t v = 0; v < nv; ++v) S.outStart[v + 1] += S.outStart[v];
+    S.outList.resize(nh);
+    S.fill.assign(S.outStart.begin(), S.outStart.end() - 1);
+    for (std::uint32_t h = 0; h < nh; ++h) S.outList[S.fill[halves[h].from]++] = h;
+    auto byAngle = [&](std::uint32_t a, std::uint32_t b) {
+        return halves[a].angle < halves[b].angle;
+    };
+    for (std::size_t v = 0; v < nv; ++v)
+        std::sort(S.outList.begin() + S.outStart[v], S.outList.begin() + S.outStart[v + 1],
+                  byAngle);
     // The next half-edge after h: at h's end, the first outgoing one met turning clockwise from
     // the way back (the sharpest left turn), not h's own twin unless nothing else leaves there.
     auto next = [&](std::uint32_t h) -> std::uint32_t {
         const Half& hh = halves[h];
-        const auto& o = out[hh.to];
-        if (o.empty()) return kNone;
+        const auto lo = S.outList.begin() + S.outStart[hh.to];
+        const auto hi = S.outList.begin() + S.outStart[hh.to + 1];
+        const auto count = static_cast<std::size_t>(hi - lo);
+        if (count == 0) return kNone;
         const Vector2 back = at[hh.from] - at[hh.to];
-        const double b = std::atan2(back.y, back.x);
-        auto pos = std::lower_bound(o.begin(), o.end(), b,
+        const double b = PseudoAngle(back.x, back.y);
+        auto pos = std::lower_bound(lo, hi, b,
                                     [&](std::uint32_t x, double v) { return halves[x].angle < v; });
-        std::size_t p = static_cast<std::size_t>(pos - o.begin());
-        for (std::size_t step = 0; step < o.size(); ++step) {
-            p = (p + o.size() - 1) % o.size();
-            if (o[p] != hh.twin || o.size() == 1) return o[p];
+        std::size_t p = static_cast<std::size_t>(pos - lo);
+        for (std::size_t step = 0; step < count; ++step) {
+            p = (p + count - 1) % count;
+            const std::uint32_t cand = lo[static_cast<std::ptrdiff_t>(p)];
+            if (cand != hh.twin || count == 1) return cand;
         }
         return kNone;
     };
 
-    std::vector<char> used(halves.size(), 0);
-    std::vector<std::vector<std::uint32_t>> cycles;
-    for (std::uint32_t h0 = 0; h0 < halves.size(); ++h0) {
-        if (used[h0]) continue;
-        std::vector<std::uint32_t> cyc;
+    S.used.assign(nh, 0);
+    S.ringStart.clear();
+    S.ringHalves.clear();
+    for (std::uint32_t h0 = 0; h0 < nh; ++h0) {
+        if (S.used[h0]) continue;
+        S.cycle.clear();
         std::uint32_t h = h0;
         do {
-            if (h == kNone || used[h] || cyc.size() > halves.size()) return false;
-            used[h] = 1;
-            cyc.push_back(h);
+            if (h == kNone || S.used[h] || S.cycle.size() > nh) {
+                release();
+                return false;
+            }
+            S.used[h] = 1;
+            S.cycle.push_back(h);
             h = next(h);
         } while (h != h0);
         // Dangling new edges are walked out and back: such spikes bound nothing.
-        std::vector<std::uint32_t> kept;
-        for (const std::uint32_t x : cyc) {
-            if (!kept.empty() && halves[kept.back()].twin == x)
-                kept.pop_back();
+        S.kept.clear();
+        for (const std::uint32_t x : S.cycle) {
+            if (!S.kept.empty() && halves[S.kept.back()].twin == x)
+                S.kept.pop_back();
             else
-                kept.push_back(x);
+                S.kept.push_back(x);
         }
-        std::size_t lo = 0, hi = kept.size();
-        while (hi - lo >= 2 && halves[kept[hi - 1]].twin == kept[lo]) {
+        std::size_t lo = 0, hi = S.kept.size();
+        while (hi - lo >= 2 && halves[S.kept[hi - 1]].twin == S.kept[lo]) {
             ++lo;
             --hi;
         }
-        cycles.emplace_back(kept.begin() + static_cast<std::ptrdiff_t>(lo),
-                            kept.begin() + static_cast<std::ptrdiff_t>(hi));
+        if (hi - lo < 3) continue;
+        S.ringStart.push_back(static_cast<std::uint32_t>(S.ringHalves.size()));
+        S.ringHalves.insert(S.ringHalves.end(), S.kept.begin() + static_cast<std::ptrdiff_t>(lo),
+                            S.kept.begin() + static_cast<std::ptrdiff_t>(hi));
     }
+    S.ringStart.push_back(static_cast<std::uint32_t>(S.ringHalves.size()));
 
     struct Ring {
-        std::vector<std::uint32_t> halves, verts;
-        double area = 0.0;
+        std::uint32_t begin, end;  // range in ringHalves
+        double area;
         Point2 lo, hi;
-        Contour2 poly;
     };
     std::vector<Ring> outers, inners;
-    for (auto& cyc : cycles) {
-        if (cyc.size() < 3) continue;
-        Ring r;
-        r.halves = cyc;
-        for (const std::uint32_t h : cyc) r.verts.push_back(halves[h].from);
-        r.area = SignedArea(at, r.verts);
-        if (r.area == 0.0) continue;
-        r.lo = r.hi = at[r.verts[0]];
-        std::vector<Point2> pts;
-        for (const std::uint32_t v : r.verts) {
-            pts.push_back(at[v]);
-            r.lo.set(std::min(r.lo.x, at[v].x), std::min(r.lo.y, at[v].y));
-            r.hi.set(std::max(r.hi.x, at[v].x), std::max(r.hi.y, at[v].y));
+    for (std::size_t r = 0; r + 1 < S.ringStart.size(); ++r) {
+        Ring ring{S.ringStart[r], S.ringStart[r + 1], 0.0, {}, {}};
+        ring.lo = ring.hi = at[halves[S.ringHalves[ring.begin]].from];
+        for (std::uint32_t k = ring.begin; k < ring.end; ++k) {
+            const Point2& u = at[halves[S.ringHalves[k]].from];
+            const Point2& w = at[halves[S.ringHalves[k]].to];
+            ring.area += u.x * w.y - u.y * w.x;
+            ring.lo.set(std::min(ring.lo.x, u.x), std::min(ring.lo.y, u.y));
+            ring.hi.set(std::max(ring.hi.x, u.x), std::max(ring.hi.y, u.y));
         }
-        r.poly = Contour2(std::move(pts), eps);
-        (r.area > 0.0 ? outers : inners).push_back(std::move(r));
+        ring.area *= 0.5;
+        if (ring.area == 0.0) continue;
+        (ring.area > 0.0 ? outers : inners).push_back(ring);
     }
-    if (outers.empty()) return false;
+    if (outers.empty()) {
+        release();
+        return false;
+    }
+    auto polygon = [&](const Ring& r) {
+        std::vector<Point2> pts;
+        pts.reserve(r.end - r.begin);
+        for (std::uint32_t k = r.begin; k < r.end; ++k)
+            pts.push_back(at[halves[S.ringHalves[k]].from]);
+        return detail::Ring2(std::move(pts));
+    };
+    std::vector<detail::Ring2> outerPolys;
+    outerPolys.reserve(outers.size());
+    for (const Ring& r : outers) outerPolys.push_back(polygon(r));
 
     // Each hole goes to the smallest region that holds its lowest-leftmost corner strictly.
     std::vector<std::vector<std::size_t>> holesOf(outers.size());
     for (std::size_t i = 0; i < inners.size(); ++i) {
         const Ring& h = inners[i];
-        std::uint32_t low = h.verts[0];
-        for (const std::uint32_t v : h.verts)
-            if (at[v].x < at[low].x || (at[v].x == at[low].x && at[v].y < at[low].y)) low = v;
-        const Point2 p = at[low];
+        Point2 p = at[halves[S.ringHalves[h.begin]].from];
+        for (std::uint32_t k = h.begin; k < h.end; ++k) {
+            const Point2& q = at[halves[S.ringHalves[k]].from];
+            if (q.x < p.x || (q.x == p.x && q.y < p.y)) p = q;
+        }
         std::size_t best = outers.size();
         for (std::size_t j = 0; j < outers.size(); ++j) {
             const Ring& o = outers[j];
             if (p.x < o.lo.x || p.x > o.hi.x || p.y < o.lo.y || p.y > o.hi.y) continue;
             if (o.area < -h.area) continue;
             if (best < outers.size() && o.area >= outers[best].area) continue;
-            if (o.poly.Contains(p, true)) best = j;
+            if (!outerPolys[j].onBoundary(p, eps) && outerPolys[j].inside(p)) best = j;
         }
-        if (best == outers.size()) return false;
+        if (best == outers.size()) {
+            release();
+            return false;
+        }
         holesOf[best].push_back(i);
     }
 
+    // The pieces replace the face. Its plane data is read before the list grows.
+    const int owner = parent.owner, material = parent.material;
+    const std::uint32_t source = parent.source;
+    const Vector3 normal = parent.normal;
+    const double offset = parent.d;
+    const LocalPlane frame = parent.frame;
     faces[f].alive = false;
-    std::vector<std::uint32_t> faceOfHalf(halves.size(), kNone);
+    S.faceOfHalf.assign(nh, kNone);
     for (std::size_t j = 0; j < outers.size(); ++j) {
         Face3Inter piece;
-        piece.owner = parent.owner;
-        piece.source = parent.source;
-        piece.material = parent.material;
-        piece.normal = parent.normal;
-        piece.d = parent.d;
-        piece.frame = parent.frame;
-        piece.outline = outers[j].poly;
+        piece.owner = owner;
+        piece.source = source;
+        piece.material = material;
+        piece.normal = normal;
+        piece.d = offset;
+        piece.frame = frame;
+        piece.outline = std::move(outerPolys[j]);
         const auto self = static_cast<std::uint32_t>(faces.size());
         auto take = [&](const Ring& r, Mvector<std::uint32_t>& loop, Mvector<std::uint32_t>& list) {
-            for (const std::uint32_t h : r.halves) {
+            loop.reserve(r.end - r.begin);
+            list.reserve(r.end - r.begin);
+            for (std::uint32_t k = r.begin; k < r.end; ++k) {
+                const std::uint32_t h = S.ringHalves[k];
                 loop.push_back(ids[halves[h].from]);
                 list.push_back(halves[h].edge);
-                faceOfHalf[h] = self;
+                S.faceOfHalf[h] = self;
                 piece.box.add(pool[ids[halves[h].from]]);
             }
         };
@@ -344,19 +413,20 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
             piece.holes.emplace_back();
             piece.holeEdges.emplace_back();
             take(inners[i], piece.holes.back(), piece.holeEdges.back());
-            piece.holeOutlines.push_back(inners[i].poly);
+            piece.holeOutlines.push_back(polygon(inners[i]));
         }
         piece.box.inflate(eps);
         faces.push_back(std::move(piece));
     }
     // Pieces on the two sides of an edge where the other solid passes through the face lie on
     // opposite sides of that solid.
-    for (std::uint32_t h = 0; h < halves.size(); ++h) {
+    for (std::uint32_t h = 0; h < nh; ++h) {
         const Half& hh = halves[h];
         if (!hh.crossing || hh.twin == kNone) continue;
-        const std::uint32_t a = faceOfHalf[h], b = faceOfHalf[hh.twin];
+        const std::uint32_t a = S.faceOfHalf[h], b = S.faceOfHalf[hh.twin];
         if (a != kNone && b != kNone && a != b) pendingPairs.emplace_back(a, b);
     }
+    release();
     return true;
 }
 

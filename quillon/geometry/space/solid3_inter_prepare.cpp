@@ -33,16 +33,18 @@ Point2 Solid3Inter::ToFace(const Face3Inter& f, const Point3& p) const {
 }
 
 bool Solid3Inter::InFace(const Face3Inter& f, const Point2& q) const {
-    if (!f.outline.Contains(q, false)) return false;
-    for (const Contour2& h : f.holeOutlines)
-        if (h.Contains(q, true)) return false;
+    if (!f.outline.near(q, eps)) return false;
+    if (!f.outline.onBoundary(q, eps) && !f.outline.inside(q)) return false;
+    for (const detail::Ring2& h : f.holeOutlines)
+        if (h.near(q, eps) && !h.onBoundary(q, eps) && h.inside(q)) return false;
     return true;
 }
 
 bool Solid3Inter::OnFaceBoundary(const Face3Inter& f, const Point2& q) const {
-    if (f.outline.IsOnEdge(q)) return true;
-    for (const Contour2& h : f.holeOutlines)
-        if (h.IsOnEdge(q)) return true;
+    if (!f.outline.near(q, eps)) return false;
+    if (f.outline.onBoundary(q, eps)) return true;
+    for (const detail::Ring2& h : f.holeOutlines)
+        if (h.onBoundary(q, eps)) return true;
     return false;
 }
 
@@ -160,7 +162,7 @@ bool Solid3Inter::FillDerived(Face3Inter& f) const {
         std::vector<Point2> q;
         q.reserve(l.size());
         for (const std::uint32_t v : l) q.push_back(ToFace(f, pts[v]));
-        return Contour2(std::move(q), eps);
+        return detail::Ring2(std::move(q));
     };
     f.outline = polygon(f.loop);
     f.holeOutlines.clear();

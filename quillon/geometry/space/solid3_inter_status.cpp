@@ -9,6 +9,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "quillon/geometry/plane/contour2.h"
 #include "quillon/geometry/space/solid3_inter.h"
 
 namespace quillon {
@@ -128,10 +129,13 @@ bool Solid3Inter::InteriorPoint(const Face3Inter& f, Point3& p) const {
     Mmatrix<std::size_t> tris;
     Point2 best;
     bool found = false;
-    if (f.outline.TriangulateWithHoles(f.holeOutlines, tris)) {
+    const Contour2 outer(f.outline.points(), eps);
+    Mvector<Contour2> holes;
+    for (const auto& h : f.holeOutlines) holes.push_back(Contour2(h.points(), eps));
+    if (outer.TriangulateWithHoles(holes, tris)) {
         std::vector<const Point2*> corners;
-        for (const auto& q : f.outline.Points()) corners.push_back(&q);
-        for (const auto& h : f.holeOutlines)
+        for (const auto& q : outer.Points()) corners.push_back(&q);
+        for (const auto& h : holes)
             for (const auto& q : h.Points()) corners.push_back(&q);
         double bestArea = 0.0;
         for (const auto& t : tris) {
@@ -145,7 +149,7 @@ bool Solid3Inter::InteriorPoint(const Face3Inter& f, Point3& p) const {
         }
     }
     if (!found) {
-        const auto mid = f.outline.GetMiddleUniquePoint();
+        const auto mid = outer.GetMiddleUniquePoint();
         if (!mid.second) return false;
         best = mid.first;
     }
