@@ -37,14 +37,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         (void)s.TriangulateFace(f, tris);
         (void)s.Face()[f].GetNormal(s.Vertex(), s.GetEps());
     }
-    std::ostringstream out;
-    quillon::Archive store(out);
-    s.Serialize(store);
-    std::istringstream again(out.str());
+    // Stored, loaded and stored again: the same bytes (NaN coordinates compare unequal as
+    // numbers, so the records are compared).
+    const auto stored = [](quillon::Solid3& solid) {
+        std::ostringstream out;
+        quillon::Archive store(out);
+        solid.Serialize(store);
+        return out.str();
+    };
+    const std::string bytes = stored(s);
+    std::istringstream again(bytes);
     quillon::Archive load(again);
     quillon::Solid3 back;
     back.Serialize(load);
-    Check(back == s);
+    Check(stored(back) == bytes);
     quillon::Solid3 merged(1e-6);
     Check(merged.Merge(s));
     s.GenerateEdges();

@@ -76,25 +76,41 @@ void Point3Cache::Rebind(const Point3Cache& from) {
 }
 
 bool Point3Cache::Find(const Point3& p, std::size_t& index) const {
-    const auto first = xIndex.lower_bound(Key{p.x - eps});
-    const auto last = xIndex.upper_bound(Key{p.x + eps});
-    for (auto it = first; it != last; ++it) {
+    return Scan(p, index, nullptr);
+}
+
+// The entries with x in [p.x - eps, p.x + eps] in ascending x (from the lower bound on until the
+// upper one), the first that matches in the box winning. When none does and `after` is given, it
+// receives the upper bound of p.x itself: where p goes in the x index (after equal keys), so that
+// Add descends the x index once.
+bool Point3Cache::Scan(const Point3& p, std::size_t& index, Index::const_iterator* after) const {
+    const double top = p.x + eps;
+    auto it = xIndex.lower_bound(Key{p.x - eps});
+    bool placed = false;
+    for (; it != xIndex.end(); ++it) {
         const Point3& q = nodes[*it];
+        if (AxisLess::Less(top, q.x)) break;
         if (std::fabs(q.x - p.x) <= eps && std::fabs(q.y - p.y) <= eps &&
             std::fabs(q.z - p.z) <= eps) {
             index = *it;
             return true;
         }
+        if (after != nullptr && !placed && AxisLess::Less(p.x, q.x)) {
+            *after = it;
+            placed = true;
+        }
     }
+    if (after != nullptr && !placed) *after = it;
     return false;
 }
 
 std::size_t Point3Cache::Add(const Point3& p) {
     std::size_t found = 0;
-    if (Find(p, found)) return found;
+    Index::const_iterator at;
+    if (Scan(p, found, &at)) return found;
     const std::size_t index = nodes.size();
     nodes.Add(p);
-    xIndex.insert(index);
+    xIndex.insert(at, index);
     yIndex.insert(index);
     zIndex.insert(index);
     return index;

@@ -67,6 +67,7 @@ private:
     };
     using Index = std::multiset<std::size_t, AxisLess>;
 
+    bool Scan(const Point3& p, std::size_t& index, Index::const_iterator* after) const;
     // Rebuilds the three indexes over this cache's nodes in the order of `from`'s indexes.
     void Rebind(const Point3Cache& from);
 

@@ -1,12 +1,11 @@
 // Point3Grid: the index behind Solid3's "last-added point strictly within eps" look-ups
 // (`GetVertexInd`, `AddNormal` with merging), which would otherwise scan the whole list backwards.
 //
-// Points live in cubic cells of side 2·eps keyed by their floored cell coordinates; a cell keeps
-// its newest index and every point links to the next older one in its cell. Two points closer
-// than eps lie in the same or in neighbouring cells (the double margin absorbs the rounding of
-// the division, and where coordinates are so large that doubles are eps apart, only equal
-// coordinates can match), so a query visits the 27 cells round its own and keeps the largest
-// matching index: exactly the answer of the backward scan.
+// Points live in cubic cells of side 4·eps keyed by their floored cell coordinates; a cell keeps
+// its newest index and every point links to the next older one in its cell. A query visits the
+// cells that the box [p − eps, p + eps] reaches (one to eight; floating-point division and floor
+// are monotone, so no point strictly within eps is missed) and keeps the largest matching index:
+// exactly the answer of the backward scan.
 //
 // The grid holds indices, not points: the caller's list is read through a function, and the
 // caller tells the grid when that list changed in ways other than appending (`Invalidate`). A copy
@@ -51,11 +50,10 @@ public:
         if (!valid || eps != tolerance || n < older.size()) {
             Invalidate();
             tolerance = eps;
-            cell = 2.0 * eps;
+            cell = 4.0 * eps;
             valid = true;
         }
         if (!(eps > 0.0)) return;  // nothing can match: nothing to index
-        older.reserve(n);
         for (std::size_t i = older.size(); i < n; ++i) {
             const auto& p = at(i);
             older.push_back(npos);
@@ -71,9 +69,8 @@ public:
     template <class At>
     std::size_t FindLast(double x, double y, double z, const At& at) const {
         if (!(tolerance > 0.0) || !Finite(x, y, z)) return npos;
-        const Key c = KeyOf(x, y, z);
         double xs[3], ys[3], zs[3];
-        const int nx = Around(c.x, xs), ny = Around(c.y, ys), nz = Around(c.z, zs);
+        const int nx = Span(x, xs), ny = Span(y, ys), nz = Span(z, zs);
         std::size_t best = npos;
         for (int i = 0; i < nx; ++i) {
             for (int j = 0; j < ny; ++j) {
@@ -121,14 +118,19 @@ private:
     // Floored cell coordinate; adding 0.0 turns -0.0 into 0.0 so both key alike.
     double Floor(double v) const { return std::floor(v / cell) + 0.0; }
     Key KeyOf(double x, double y, double z) const { return Key{Floor(x), Floor(y), Floor(z)}; }
-    // The cell coordinates c - 1, c, c + 1 that differ (far out they may coincide).
-    static int Around(double c, double out[3]) {
+    // The cells of one axis that [v - eps, v + eps] reaches: rounding is monotone, so every
+    // point strictly within eps on this axis lies in one of them. With cells of 4·eps there are
+    // one or two; the third place only serves rounding at a cell boundary.
+    int Span(double v, double out[3]) const {
+        if (std::isinf(cell)) {  // eps = inf: one cell holds everything
+            out[0] = 0.0;
+            return 1;
+        }
+        const double lo = Floor(v - tolerance), hi = Floor(v + tolerance);
         int n = 0;
-        for (const double v : {c - 1.0, c, c + 1.0}) {
-            const double w = v + 0.0;
-            bool seen = false;
-            for (int i = 0; i < n; ++i) seen = seen || out[i] == w;
-            if (!seen) out[n++] = w;
+        for (double c = lo; n < 3; c += 1.0) {
+            out[n++] = c + 0.0;
+            if (!(c < hi) || c + 1.0 == c) break;
         }
         return n;
     }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "quillon/geometry/space/solid3.h"
+#include "quillon/geometry/space/space_archive.h"
 
 namespace quillon {
 
@@ -13,8 +14,6 @@ namespace {
 // Elements reserved at most ahead of the data actually read: a damaged count then fails at the
 // end of the archive, not at an allocation of its size.
 constexpr std::uint32_t kReserveStep = 4096;
-
-Archive& StoreTriple(Archive& ar, double x, double y, double z) { return ar << x << y << z; }
 
 template <typename T, typename ReadOne>
 void LoadList(Archive& ar, Mvector<T>& out, ReadOne readOne) {
@@ -50,9 +49,6 @@ void LoadLoops(Archive& ar, Mmatrix<std::uint32_t>& out) {
     LoadList(ar, out, [](Archive& a, Mvector<std::uint32_t>& l) { LoadList(a, l); });
 }
 
-Archive& StoreColour(Archive& ar, const Vector3& c) { return StoreTriple(ar, c.x, c.y, c.z); }
-Archive& LoadColour(Archive& ar, Vector3& c) { return ar >> c.x >> c.y >> c.z; }
-
 // Every index a solid's parts hold must address something the solid has.
 bool Consistent(const Solid3& s) {
     const std::size_t nv = s.Vertex().size(), nn = s.Normal().size();
@@ -80,22 +76,19 @@ bool Consistent(const Solid3& s) {
 
 }  // namespace
 
-Archive& operator<<(Archive& ar, const Vertex3d& v) {
-    return StoreTriple(ar, v.point.x, v.point.y, v.point.z);
-}
+// Vertices and normals travel as the points and vectors they hold.
+Archive& operator<<(Archive& ar, const Vertex3d& v) { return ar << v.point; }
 Archive& operator>>(Archive& ar, Vertex3d& v) {
     Point3 p;
-    ar >> p.x >> p.y >> p.z;
+    ar >> p;
     v.point = p;
     return ar;
 }
 
-Archive& operator<<(Archive& ar, const Normal3& n) {
-    return StoreTriple(ar, n.vec.x, n.vec.y, n.vec.z);
-}
+Archive& operator<<(Archive& ar, const Normal3& n) { return ar << n.vec; }
 Archive& operator>>(Archive& ar, Normal3& n) {
     Vector3 v;
-    ar >> v.x >> v.y >> v.z;
+    ar >> v;
     n.vec = v;
     return ar;
 }
@@ -110,18 +103,14 @@ Archive& operator>>(Archive& ar, Edge3d& e) {
 
 Archive& operator<<(Archive& ar, const Material3& m) {
     ar << m.name;
-    StoreColour(ar, m.ambient);
-    StoreColour(ar, m.diffuse);
-    StoreColour(ar, m.specular);
+    ar << m.ambient << m.diffuse << m.specular;
     return ar << m.opacity << static_cast<std::int32_t>(m.illum);
 }
 Archive& operator>>(Archive& ar, Material3& m) {
     Material3 r;
     std::int32_t illum = 0;
     ar >> r.name;
-    LoadColour(ar, r.ambient);
-    LoadColour(ar, r.diffuse);
-    LoadColour(ar, r.specular);
+    ar >> r.ambient >> r.diffuse >> r.specular;
     ar >> r.opacity >> illum;
     r.illum = illum;
     m = std::move(r);
@@ -139,7 +128,7 @@ Archive& operator<<(Archive& ar, const Face3& f) {
     for (const Point2& t : f.texture) ar << t.x << t.y;
     StoreList(ar, f.edges);
     ar << static_cast<std::int32_t>(f.material);
-    return StoreTriple(ar, f.normal.x, f.normal.y, f.normal.z);
+    return ar << f.normal;
 }
 Archive& operator>>(Archive& ar, Face3& f) {
     Face3 r;
@@ -152,7 +141,7 @@ Archive& operator>>(Archive& ar, Face3& f) {
     LoadList(ar, r.texture, [](Archive& a, Point2& t) { a >> t.x >> t.y; });
     LoadList(ar, r.edges);
     std::int32_t material = -1;
-    ar >> material >> r.normal.x >> r.normal.y >> r.normal.z;
+    ar >> material >> r.normal;
     r.material = material;
     f = std::move(r);
     return ar;

@@ -494,6 +494,7 @@ int Solid3::SavetoObj(const std::filesystem::path& path) const {
     if (path.empty() || !path.has_filename()) return 0;
     std::filesystem::path mtlPath = path;
     mtlPath.replace_extension(".mtl");
+    if (mtlPath == path) mtlPath += ".mtl";  // an OBJ file named *.mtl keeps its own name
     const auto mtlName = mtlPath.filename().u8string();
     const std::optional<std::string> obj =
         ObjText(*this, std::string(mtlName.begin(), mtlName.end()));
