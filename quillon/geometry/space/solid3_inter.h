@@ -105,7 +105,8 @@ struct Face3Inter {
 
     // Derived (GenSecondaryData): the plane n·x + d = 0 (n = normal), a frame in the plane whose
     // z axis points into the solid (so the outer loop turns counter-clockwise in it), and the
-    // loops as plane polygons in that frame.
+    // loops as plane polygons in that frame. The pieces of a rebuilt face share its plane and
+    // frame and leave the polygons empty: theirs come from their loops where needed.
     double d = 0.0;
     LocalPlane frame;
     detail::Ring2 outline;

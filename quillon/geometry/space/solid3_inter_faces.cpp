@@ -351,9 +351,9 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
             pts.push_back(at[halves[S.ringHalves[k]].from]);
         return detail::Ring2(std::move(pts));
     };
-    std::vector<detail::Ring2> outerPolys;
-    outerPolys.reserve(outers.size());
-    for (const Ring& r : outers) outerPolys.push_back(polygon(r));
+    // Region polygons are needed only to place holes.
+    std::vector<detail::Ring2> outerPolys(inners.empty() ? 0 : outers.size());
+    for (std::size_t j = 0; j < outerPolys.size(); ++j) outerPolys[j] = polygon(outers[j]);
 
     // Each hole goes to the smallest region that holds its lowest-leftmost corner strictly.
     std::vector<std::vector<std::size_t>> holesOf(outers.size());
@@ -395,7 +395,6 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
         piece.normal = normal;
         piece.d = offset;
         piece.frame = frame;
-        piece.outline = std::move(outerPolys[j]);
         const auto self = static_cast<std::uint32_t>(faces.size());
         auto take = [&](const Ring& r, Mvector<std::uint32_t>& loop, Mvector<std::uint32_t>& list) {
             loop.reserve(r.end - r.begin);
@@ -413,7 +412,6 @@ bool Solid3Inter::RebuildFace(std::uint32_t f, std::vector<NewEdge>::const_itera
             piece.holes.emplace_back();
             piece.holeEdges.emplace_back();
             take(inners[i], piece.holes.back(), piece.holeEdges.back());
-            piece.holeOutlines.push_back(polygon(inners[i]));
         }
         piece.box.inflate(eps);
         faces.push_back(std::move(piece));

@@ -129,9 +129,15 @@ bool Solid3Inter::InteriorPoint(const Face3Inter& f, Point3& p) const {
     Mmatrix<std::size_t> tris;
     Point2 best;
     bool found = false;
-    const Contour2 outer(f.outline.points(), eps);
+    auto polygon = [&](const Mvector<std::uint32_t>& loop) {
+        std::vector<Point2> q;
+        q.reserve(loop.size());
+        for (const std::uint32_t v : loop) q.push_back(ToFace(f, pool[v]));
+        return Contour2(std::move(q), eps);
+    };
+    const Contour2 outer = polygon(f.loop);
     Mvector<Contour2> holes;
-    for (const auto& h : f.holeOutlines) holes.push_back(Contour2(h.points(), eps));
+    for (const auto& h : f.holes) holes.push_back(polygon(h));
     if (outer.TriangulateWithHoles(holes, tris)) {
         std::vector<const Point2*> corners;
         for (const auto& q : outer.Points()) corners.push_back(&q);

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <map>
+#include <numbers>
 #include <random>
 #include <sstream>
 
@@ -174,21 +175,38 @@ TEST(Solid3Inter, SubtractionCountsAndChecksBoxes) {
 }
 
 // Seeded random pairs: boxes on a coarse grid (so faces and edges are often shared or flush),
-// the same pairs turned and moved anywhere, prisms over star polygons and holed extrusions.
+// boxes turned about a vertical axis, prisms over star polygons, holed extrusions and regular
+// prisms standing on the grid; the pairs are also turned and moved anywhere together.
 Solid3 RandomSolid(std::mt19937& gen, int kind, const LocalPlane& frame) {
     std::uniform_int_distribution<int> cell(0, 4);
     auto coord = [&] { return 0.5 * cell(gen); };
     Solid3 s(1e-9);
-    if (kind == 0) {
+    if (kind == 0 || kind == 3) {
         Point3 lo(coord(), coord(), coord()), hi(coord(), coord(), coord());
         for (int k = 0; k < 3; ++k) {
             if (lo.tab()[k] > hi.tab()[k]) std::swap(lo.tab()[k], hi.tab()[k]);
             if (lo.tab()[k] == hi.tab()[k]) hi.tab()[k] += 0.5;
         }
         s = Box(lo, hi);
+        if (kind == 3) {
+            const double turn = std::uniform_real_distribution<double>(0.1, 1.4)(gen);
+            LocalPlane spin;
+            spin.rotate(turn, Vector3(0, 0, 1));
+            const Point3 c = (lo + hi) * 0.5;
+            s <<= Isometry3(Translate3(-c.vec()));
+            s <<= spin;
+            s <<= Isometry3(Translate3(c.vec()));
+        }
     } else {
         const double cx = 0.5 + 0.25 * cell(gen), cy = 0.5 + 0.25 * cell(gen);
-        Mvector<Point2> ring = solid_test::Star(gen, 5 + cell(gen), cx, cy, 0.6, 1.0);
+        Mvector<Point2> ring;
+        if (kind == 4) {
+            for (int k = 0; k < 12; ++k)
+                ring.push_back(Point2(cx + 0.6 * std::cos(k * std::numbers::pi / 6),
+                                      cy + 0.6 * std::sin(k * std::numbers::pi / 6)));
+        } else {
+            ring = solid_test::Star(gen, 5 + cell(gen), cx, cy, 0.6, 1.0);
+        }
         Mvector<Point3> base;
         const double z0 = coord();
         for (const Point2& p : ring) base.push_back(Point3(p.x, p.y, z0));
@@ -236,13 +254,37 @@ TEST(Solid3Inter, RandomPairsGiveClosedResultsThatAddUp) {
     for (int round = 0; round < rounds; ++round) {
         LocalPlane frame;
         if (round % 3 == 1) frame = solid_test::RandomFrame(gen);
-        const int ka = round % 5 < 3 ? 0 : round % 3, kb = round % 7 < 4 ? 0 : (round / 7) % 3;
+        const int ka = round % 2 == 0 ? 0 : round % 5, kb = round % 3 == 0 ? 0 : (round / 3) % 5;
         const Solid3 a = RandomSolid(gen, ka, frame), b = RandomSolid(gen, kb, frame);
         std::ostringstream label;
         label << "round " << round << " kinds " << ka << "," << kb;
         CheckIdentities(a, b, label.str(), refused);
+        // Results keep the pieces of split faces side by side in one plane: booleans on them
+        // again must hold as well.
+        if (round % 4 == 0) {
+            const Outcome u = Boolean(a, b, BOOL_UNION);
+            if (u.ok)
+                CheckIdentities(u.solid, RandomSolid(gen, round % 5, frame), label.str() + " again",
+                                refused);
+        }
     }
     EXPECT_EQ(refused, 0);
+}
+
+TEST(Solid3Inter, IdenticalAndNestedSolids) {
+    const Solid3 a = Box({0, 0, 0}, {2, 2, 2});
+    const Solid3 same = Box({0, 0, 0}, {2, 2, 2});
+    EXPECT_NEAR(Volume(Boolean(a, same, BOOL_UNION).solid), 8.0, 1e-12);
+    EXPECT_NEAR(Volume(Boolean(a, same, BOOL_INTERSECT).solid), 8.0, 1e-12);
+    const Outcome none = Boolean(a, same, BOOL_SUBTRACT);
+    ASSERT_TRUE(none.ok);
+    EXPECT_TRUE(none.solid.Face().empty());
+    // A cavity: the result has an outer and an inner surface.
+    const Outcome hollow = Boolean(a, Box({0.5, 0.5, 0.5}, {1.5, 1.5, 1.5}), BOOL_SUBTRACT);
+    ASSERT_TRUE(hollow.ok);
+    EXPECT_TRUE(Closed(hollow.solid));
+    EXPECT_EQ(hollow.solid.Face().size(), 12u);
+    EXPECT_NEAR(Volume(hollow.solid), 7.0, 1e-12);
 }
 
 }  // namespace
