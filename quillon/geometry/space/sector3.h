@@ -39,7 +39,7 @@ public:
     // (inclusive). A segment shorter than e contains, inclusively, the points within e of either
     // end and, exclusively, nothing.
     bool contains(const Point3& p, double e = -1.0, bool exclusive = false) const;
-    // The distance from p to a nearest point of the segment. *interior (cleared first) tells
+    // The distance from p to the segment's foot or its nearer end. *interior (cleared first) tells
     // whether that point is the perpendicular foot, which is taken when e ≤ L and
     // (p − beg)·(p − end) < −e, that is when p lies inside the sphere on the segment as diameter;
     // otherwise the nearer end is taken, the end winning a tie. This rule is kept as it stands:

@@ -7,8 +7,10 @@
 //     normals and materials are further lists. Faces are planar polygons with holes;
 //   - orientation: in a closed solid every outer face loop turns clockwise seen from outside and
 //     every hole loop the other way, so each edge is run once in each direction by its two faces,
-//     and Face3::GetNormal points outward. The prism generators build solids so; by the
-//     divergence theorem the volume of such a solid, with the outward normals, is positive;
+//     and Face3::GetNormal points outward. The swept and lofted prisms (GenCuboid with a path,
+//     GenComplexCuboid) are built so whatever their input turns; the two-ring GenCuboid follows
+//     its rings. By the divergence theorem the volume of such a solid, taken with the outward
+//     normals, is positive;
 //   - eps (given to the constructor; negative means 1e-10) is the vertex and normal merge
 //     tolerance: two vertices are one when their Euclidean distance is below eps (strictly);
 //   - the closed flag is true after construction and after Clear; SetClosed changes it, and
@@ -133,8 +135,8 @@ public:
     //     counter-clockwise seen from the path's side, holes the other way;
     //   - faces appended: the outer side faces, each hole's side faces (both as in the two-ring
     //     prism), then the base face with its holes, then the top face (outer and hole rings
-    //     reversed); edges appended ring by ring (ring edges of the base and top, uprights), and
-    //     the faces' edge lists filled.
+    //     reversed); edges appended ring by ring as in the two-ring prism, and the faces'
+    //     edge lists filled.
     // Holes are taken as given: they must lie inside the base and apart from each other.
     bool GenCuboid(const Mvector<Point3>& base, const Vector3& path, const Mmatrix<Point3>& holes);
     // A loft through m rings of `count` corresponding points each (points holds them ring after
@@ -163,7 +165,9 @@ public:
     // OBJ cannot hold, are written as the triangles of TriangulateFace; a face whose normal or
     // texture loops are empty (or not of the vertex loops' shape) is written without them; a
     // face with neither writes plain " %d" corners. A face, normal or material index out of
-    // range gives 0.
+    // range gives 0. Corners are written in loop order, so faces keep this library's clockwise-
+    // from-outside turn (viewers that cull back faces by the counter-clockwise rule want
+    // two-sided display). Names are written as UTF-8, control characters as '_'.
     int SavetoObj(const wchar_t* path) const;
     int SavetoObj(const std::filesystem::path& path) const;
     // Reads a Wavefront OBJ file into the solid, replacing its lists (name, eps stay; an "o"

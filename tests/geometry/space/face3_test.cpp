@@ -88,10 +88,17 @@ TEST(Face3, GlueHolesSplicesLaterHolesFromTheLastBack) {
     EXPECT_EQ(f.loop, (Loop{90, 91, 92}));
     EXPECT_TRUE(f.edges.empty());
 
-    Face3 one(Loop{0, 1, 2});
-    one.holes = {Loop{1, 2, 3}};
-    one.GlueHoles();
-    EXPECT_EQ(one.holes.size(), 1u);
+    // Two-vertex holes take part; holes apart stay as they are, and so does the edge list.
+    Face3 two(Loop{0, 1, 2});
+    two.holes = {Loop{1, 2}, Loop{10, 2, 1, 11}};
+    two.GlueHoles();
+    EXPECT_EQ(two.holes, (Mmatrix<std::uint32_t>{Loop{1, 11, 10, 2}}));
+    Face3 apart(Loop{0, 1, 2});
+    apart.holes = {Loop{1, 2, 3}, Loop{4, 5, 6}};
+    apart.edges = {7};
+    const Face3 before = apart;
+    apart.GlueHoles();
+    EXPECT_EQ(apart, before);
 }
 
 }  // namespace

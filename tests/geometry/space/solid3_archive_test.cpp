@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "quillon/geometry/space/solid3.h"
+#include "tests/geometry/space/solid3_test_support.h"
 
 namespace quillon {
 namespace {
@@ -92,50 +93,17 @@ TEST(Solid3Archive, ByteForByteLayout) {
     EXPECT_EQ(back, s);
 }
 
-// Random solids of every part, including sizes past the archive's reserve step.
-Solid3 RandomSolid(std::mt19937& gen) {
-    std::uniform_real_distribution<double> u(-10, 10);
-    std::uniform_int_distribution<int> small(0, 5);
-    Solid3 s(std::uniform_real_distribution<double>(1e-9, 1e-3)(gen));
-    s.SetName(small(gen) ? L"part \u00e9\u4e2d" : L"");
-    const int nv = 1 + small(gen) * (small(gen) == 5 ? 1000 : 3);
-    for (int i = 0; i < nv; ++i) s.AddVertex(Point3(u(gen), u(gen), u(gen)));
-    for (int i = small(gen); i-- > 0;) s.AddNormal(Vector3(u(gen), u(gen), u(gen)), false);
-    for (int i = small(gen); i-- > 0;) s.AddMaterial(Material3(std::wstring(i + 1, L'q')));
-    std::uniform_int_distribution<std::uint32_t> vi(0, static_cast<std::uint32_t>(nv - 1));
-    const auto loop = [&](std::size_t n, std::uint32_t bound) {
-        Mvector<std::uint32_t> l;
-        for (std::size_t i = 0; i < n; ++i) l.push_back(bound ? vi(gen) % bound : 0);
-        return l;
-    };
-    for (int i = small(gen); i-- > 0;) {
-        Face3 f(loop(3 + small(gen), static_cast<std::uint32_t>(nv)),
-                s.Material().empty() ? -1 : small(gen) % static_cast<int>(s.Material().size()));
-        for (int h = small(gen) % 3; h-- > 0;)
-            f.holes.push_back(loop(3, static_cast<std::uint32_t>(nv)));
-        if (!s.Normal().empty())
-            f.normalLoop = loop(f.loop.size(), static_cast<std::uint32_t>(s.Normal().size()));
-        f.texture.push_back(Point2(u(gen), u(gen)));
-        f.textureLoop = loop(f.loop.size(), 1);
-        f.normal = Vector3(u(gen), u(gen), u(gen));
-        s.AddFace(f);
-    }
-    s.GenerateEdges();
-    s.SetClosed(small(gen) % 2);
-    return s;
-}
-
 TEST(Solid3Archive, SeededRoundTripsAndDamagedDataLeaveTheTargetAsItWas) {
     std::mt19937 gen(99);
     for (int round = 0; round < 40; ++round) {
-        const Solid3 s = RandomSolid(gen);
+        const Solid3 s = solid_test::RandomSolid(gen, true);
         const Bytes bytes = Stored(s);
         Solid3 back(5.0);
         ASSERT_EQ(Load(bytes, back), -1);
         EXPECT_EQ(back, s);
 
         // Every cut of the record fails with endOfFile and leaves the target untouched.
-        const Solid3 target = RandomSolid(gen);
+        const Solid3 target = solid_test::RandomSolid(gen, true);
         for (std::size_t cut = 0; cut < bytes.size(); cut += 1 + bytes.size() / 97) {
             Solid3 t = target;
             ASSERT_EQ(Load(Bytes(bytes.begin(), bytes.begin() + cut), t), 3) << cut;
@@ -143,7 +111,7 @@ TEST(Solid3Archive, SeededRoundTripsAndDamagedDataLeaveTheTargetAsItWas) {
         }
     }
 
-    Solid3 t = RandomSolid(gen);
+    Solid3 t = solid_test::RandomSolid(gen, true);
     const Solid3 before = t;
     Bytes bytes = Stored(before);
     // A vertex count of four billion on a short record: fails at the end of the data.

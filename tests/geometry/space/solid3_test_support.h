@@ -85,4 +85,42 @@ inline double Volume(const Solid3& s) {
     return v;
 }
 
+// A random solid with every part filled (sizes past the archive's reserve step now and then):
+// face loops over random vertices, with holes when asked, normal loops when there are normals,
+// one texture vertex per face, a material for every face when there are materials.
+inline Solid3 RandomSolid(std::mt19937& gen, bool holes) {
+    std::uniform_real_distribution<double> u(-10, 10), unit(0, 1);
+    std::uniform_int_distribution<int> small(0, 5);
+    Solid3 s(std::uniform_real_distribution<double>(1e-9, 1e-3)(gen));
+    s.SetName(small(gen) ? L"part \u00e9\u4e2d" : L"");
+    const int nv = 1 + small(gen) * (small(gen) == 5 ? 1000 : 3);
+    for (int i = 0; i < nv; ++i) s.AddVertex(Point3(u(gen), u(gen), u(gen)));
+    for (int i = small(gen); i-- > 0;) s.AddNormal(Vector3(u(gen), u(gen), u(gen)), false);
+    for (int i = small(gen); i-- > 0;) {
+        Material3 m(std::wstring(i + 1, L'\u00e9'));
+        m.diffuse = Vector3(unit(gen), unit(gen), unit(gen));
+        m.opacity = unit(gen);
+        m.illum = small(gen);
+        s.AddMaterial(m);
+    }
+    const auto loop = [&](std::size_t n, std::size_t bound) {
+        Mvector<std::uint32_t> l;
+        for (std::size_t i = 0; i < n; ++i) l.push_back(static_cast<std::uint32_t>(gen() % bound));
+        return l;
+    };
+    for (int i = small(gen); i-- > 0;) {
+        Face3 f(loop(3 + small(gen), nv),
+                s.Material().empty() ? -1 : small(gen) % static_cast<int>(s.Material().size()));
+        for (int h = holes ? small(gen) % 3 : 0; h-- > 0;) f.holes.push_back(loop(3, nv));
+        if (!s.Normal().empty()) f.normalLoop = loop(f.loop.size(), s.Normal().size());
+        f.texture.push_back(Point2(u(gen), u(gen)));
+        f.textureLoop = loop(f.loop.size(), 1);
+        f.normal = Vector3(u(gen), u(gen), u(gen));
+        s.AddFace(f);
+    }
+    s.GenerateEdges();
+    s.SetClosed(small(gen) % 2);
+    return s;
+}
+
 }  // namespace quillon::solid_test
