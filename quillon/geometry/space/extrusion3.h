@@ -12,7 +12,8 @@
 // from each contour's orientation (LAContour::orientation) and the sign of path · (frame's z
 // axis); so the prism is closed and oriented outward (positive volume) for either orientation of
 // the outer contour and of each hole and for either side of the path. The solid is empty when the
-// outer contour is degenerate (fewer than three corners or no orientation) or when the path lies
+// outer contour is degenerate (fewer than three corners, no orientation, or an arc sweeping more
+// than a full turn, which would run over itself) or when the path lies
 // in the contours' plane (|path · z| < 1.1920928955078125e-7). A degenerate hole is left out.
 // Holes are taken as given: they must lie inside the outer contour and apart from each other.
 //

@@ -81,8 +81,9 @@ private:
 // from the normal's side (counter-clockwise seen from the sweep's), a rule decided from the
 // outline's orientation and the sign of n̂ · (frame's z axis), so the prism is closed and
 // oriented outward whatever the outline's orientation. The solid is empty for a degenerate plane
-// or outline, and when the frame's xy plane contains the normal (|n̂ · z| < 1.1920928955078125e-7:
-// the projection would flatten the outline).
+// or outline (as for Extrusion3: fewer than three corners, no orientation, or an arc sweeping
+// more than a full turn), and when the frame's xy plane contains the normal (|n̂ · z|
+// < 1.1920928955078125e-7: the projection would flatten the outline).
 //
 // Moving moves the plane and the frame, and so the solid exactly with them.
 //

@@ -87,6 +87,14 @@ TEST(Extrusion3, DegenerateInputsAndLength) {
     e.SetPath(Vector3(0, 0, 1));
     e.SetOuterContour(Polygon({{0, 0}, {1, 1}, {2, 2}}, false));  // no area
     EXPECT_TRUE(e.GetSolid().Face().empty());
+    // An arc of three turns would run over itself: no outline, and no hole.
+    LAContour coil = Circle(0, 0, 1, false);
+    coil[0].angle *= 3;
+    e.SetOuterContour(coil);
+    EXPECT_TRUE(e.GetSolid().Face().empty());
+    e.SetOuterContour(Rect(-2, -2, 2, 2));
+    e.AddInnerContour(coil);
+    EXPECT_NEAR(Volume(e.GetSolid()), 16, 1e-9);
 
     // SetLength keeps the direction; a zero path takes the frame's z axis.
     Extrusion3 p = Prism(Rect(0, 0, 2, 3), Point3(1, 1, 1), 0);

@@ -1,8 +1,16 @@
 #include "quillon/geometry/space/detail/item_rings.h"
 
+#include <cmath>
+#include <numbers>
+
 namespace quillon::detail {
 
 ContourRing ApproximateRing(const LAContour& contour) {
+    // An arc of more than a full turn runs over itself: no outline has one.
+    constexpr double kFullTurn = 2.0 * std::numbers::pi + 1e-9;
+    for (const LAEdge& e : contour) {
+        if (e.type == 1 && !(std::fabs(e.angle) <= kFullTurn)) return {};
+    }
     LAContour approx;
     contour.approximate(approx, 48, 24, 1.0);
     ContourRing ring;

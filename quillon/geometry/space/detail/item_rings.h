@@ -28,6 +28,7 @@ struct ContourRing {
     bool degenerate() const { return points.size() < 3 || orientation == 0; }
 };
 
+// Degenerate (empty) when an arc sweeps more than a full turn: such a contour runs over itself.
 ContourRing ApproximateRing(const LAContour& contour);
 
 // The ring's corners as points of space, (x, y, 0) · frame, in order or reversed.
