@@ -24,15 +24,13 @@ const Solid3& Extrusion3::GetSolid() const {
     if (!(std::fabs(height) >= detail::kItemAxisEps)) return solid;
     const detail::ContourRing ring = detail::ApproximateRing(outer);
     if (ring.degenerate()) return solid;
-    // Counter-clockwise in the frame is counter-clockwise seen from +z: kept for a path on that
-    // side, reversed for the other; holes the other way round.
-    const bool up = height > 0.0;
-    const Mvector<Point3> base = detail::PlaceRing(ring, frame, (ring.orientation < 0) != up);
+    // GenCuboid orders the rings itself: the base counter-clockwise seen from the path's side,
+    // the holes the other way, whatever their orientation here.
+    const Mvector<Point3> base = detail::PlaceRing(ring, frame);
     Mmatrix<Point3> holes;
     for (const LAContour& c : inner) {
         const detail::ContourRing h = detail::ApproximateRing(c);
-        if (h.degenerate()) continue;
-        holes.push_back(detail::PlaceRing(h, frame, (h.orientation < 0) == up));
+        if (!h.degenerate()) holes.push_back(detail::PlaceRing(h, frame));
     }
     if (!solid.GenCuboid(base, path, holes)) solid.Clear();
     return solid;

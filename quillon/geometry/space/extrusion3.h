@@ -7,14 +7,13 @@
 // perpendicular to the contours (a slanted path gives an oblique prism).
 //
 // GetSolid approximates every contour with LAContour::approximate(…, 48, 24, 1.0) and builds the
-// prism with Solid3::GenCuboid(base, path, holes). The base ring is handed over turning
-// counter-clockwise seen from the path's side and every hole ring the other way, a rule decided
-// from each contour's orientation (LAContour::orientation) and the sign of path · (frame's z
-// axis); so the prism is closed and oriented outward (positive volume) for either orientation of
-// the outer contour and of each hole and for either side of the path. The solid is empty when the
-// outer contour is degenerate (fewer than three corners, no orientation, or an arc sweeping more
-// than a full turn, which would run over itself) or when the path lies
-// in the contours' plane (|path · z| < 1.1920928955078125e-7). A degenerate hole is left out.
+// prism with Solid3::GenCuboid(base, path, holes), which orders the rings itself: the base turning
+// counter-clockwise seen from the path's side, every hole the other way. So the prism is closed
+// and oriented outward (positive volume) for either orientation of the outer contour and of each
+// hole and for either side of the path. The solid is empty when the outer contour is degenerate
+// (fewer than three corners, no orientation, or an arc sweeping more than a full turn, which would
+// run over itself) or when the path lies in the contours' plane (|path · z| <
+// 1.1920928955078125e-7). A degenerate hole is left out.
 // Holes are taken as given: they must lie inside the outer contour and apart from each other.
 //
 // The solid is built on the first GetSolid and cached; every setter clears the cache first, then

@@ -120,10 +120,8 @@ const Solid3& BoundedHalfSpace3::GetSolid() const {
     if (!(std::fabs(facing) >= kItemAxisEps)) return solid;
     const detail::ContourRing ring = detail::ApproximateRing(bound);
     if (ring.degenerate()) return solid;
-    // Seen from the normal's side the outline turns as it does in its frame when the frame's z
-    // axis faces the normal, the other way otherwise; the ring must turn clockwise so seen.
-    const bool ccwFromNormal = (ring.orientation < 0) == (facing > 0);
-    Mvector<Point3> base = detail::PlaceRing(ring, frame, ccwFromNormal);
+    // GenCuboid orders the ring so that it turns counter-clockwise seen from the sweep's side.
+    Mvector<Point3> base = detail::PlaceRing(ring, frame);
     for (Point3& p : base) {
         const auto q = plane.projection(n, p);
         if (!q.second) return solid;

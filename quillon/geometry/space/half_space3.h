@@ -76,14 +76,13 @@ private:
 // The outline (the bound) is a line-arc contour in the xy plane of the item's frame (the global
 // frame unless set): its point (x, y) is (x, y, 0) · frame. GetSolid approximates it with
 // LAContour::approximate(…, 48, 24, 1.0), carries the corners onto the plane along the plane's
-// normal (Plane3::projection(Vector3, Point3)) and sweeps them by −1000 n̂ (Solid3::GenCuboid
-// with the base ring, the path and no holes). The ring is handed over turning clockwise seen
-// from the normal's side (counter-clockwise seen from the sweep's), a rule decided from the
-// outline's orientation and the sign of n̂ · (frame's z axis), so the prism is closed and
-// oriented outward whatever the outline's orientation. The solid is empty for a degenerate plane
-// or outline (as for Extrusion3: fewer than three corners, no orientation, or an arc sweeping
-// more than a full turn), and when the frame's xy plane contains the normal (|n̂ · z|
-// < 1.1920928955078125e-7: the projection would flatten the outline).
+// normal (Plane3::projection(Vector3, Point3)) and sweeps them by −1000 n̂ with
+// Solid3::GenCuboid(ring, sweep, no holes), which orders the ring itself (counter-clockwise seen
+// from the sweep's side); so the prism is closed and oriented outward whatever the outline's
+// orientation. The solid is empty for a degenerate plane or outline (as for Extrusion3: fewer
+// than three corners, no orientation, or an arc sweeping more than a full turn), and when the
+// frame's xy plane contains the normal (|n̂ · z| < 1.1920928955078125e-7: the projection would
+// flatten the outline).
 //
 // Moving moves the plane and the frame, and so the solid exactly with them.
 //

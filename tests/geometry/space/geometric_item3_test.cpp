@@ -87,9 +87,9 @@ TEST(Extrusion3, DegenerateInputsAndLength) {
     e.SetPath(Vector3(0, 0, 1));
     e.SetOuterContour(Polygon({{0, 0}, {1, 1}, {2, 2}}, false));  // no area
     EXPECT_TRUE(e.GetSolid().Face().empty());
-    // An arc of three turns would run over itself: no outline, and no hole.
+    // An arc of more than a full turn would run over itself: no outline, and no hole.
     LAContour coil = Circle(0, 0, 1, false);
-    coil[0].angle *= 3;
+    coil[0].angle += 0.5;
     e.SetOuterContour(coil);
     EXPECT_TRUE(e.GetSolid().Face().empty());
     e.SetOuterContour(Rect(-2, -2, 2, 2));
@@ -151,8 +151,10 @@ TEST(BooleanResult3, OperatorsOperandsAndCache) {
     EXPECT_NEAR(Volume(r.GetSolid()), 64 - 8, 1e-9);
 
     // Copies own copies of the operands; a cached result is not computed again.
-    BooleanResult3 copy = r;
+    BooleanResult3 copy;
+    copy = r;
     EXPECT_NE(copy.GetFirstOperand(), r.GetFirstOperand());
+    EXPECT_EQ(copy.GetOperator(), BOOL_SUBTRACT);
     const long calls = BoolSubstractCalls();
     EXPECT_NEAR(Volume(copy.GetSolid()), 56, 1e-9);
     EXPECT_EQ(BoolSubstractCalls(), calls);

@@ -39,8 +39,19 @@ inline double ApproxArea(const LAContour& c) {
     return std::fabs(solid_test::SignedArea(ring));
 }
 
-// An outline of radius about 10 round the origin (a star or a circle) with up to two holes, each
-// of either orientation.
+// A circle of eight arcs of 45°, each short enough to be approximated as a small arc.
+inline LAContour Rounded(double r, bool clockwise) {
+    LAContour c;
+    for (int i = 0; i < 8; ++i) {
+        const double a = (clockwise ? -i : i) * std::numbers::pi / 4;
+        c.push_back(LAEdge(Point2(r * std::cos(a), r * std::sin(a)), Point2(0, 0),
+                           clockwise ? -std::numbers::pi / 4 : std::numbers::pi / 4));
+    }
+    return c;
+}
+
+// An outline of radius about 10 round the origin (a star or a circle of one or eight arcs) with up
+// to two holes, each of either orientation.
 struct Outline {
     LAContour outer;
     Mvector<LAContour> holes;
@@ -51,8 +62,16 @@ inline Outline RandomOutline(std::mt19937& gen) {
     std::bernoulli_distribution coin;
     std::uniform_real_distribution<double> r(0.8, 1.5);
     Outline o;
-    o.outer = coin(gen) ? Polygon(solid_test::Star(gen, 7, 0, 0, 8, 10), coin(gen))
-                        : Circle(0, 0, 9, coin(gen));
+    switch (std::uniform_int_distribution<int>(0, 2)(gen)) {
+        case 0:
+            o.outer = Polygon(solid_test::Star(gen, 7, 0, 0, 8, 10), coin(gen));
+            break;
+        case 1:
+            o.outer = Circle(0, 0, 9, coin(gen));
+            break;
+        default:
+            o.outer = Rounded(9, coin(gen));
+    }
     const int holes = std::uniform_int_distribution<int>(0, 2)(gen);
     for (int i = 0; i < holes; ++i) {
         const double cx = i == 0 ? -3.0 : 3.0;

@@ -20,11 +20,10 @@ ContourRing ApproximateRing(const LAContour& contour) {
     return ring;
 }
 
-Mvector<Point3> PlaceRing(const ContourRing& ring, const Matrix4x3& frame, bool reversed) {
+Mvector<Point3> PlaceRing(const ContourRing& ring, const Matrix4x3& frame) {
     Mvector<Point3> out;
     out.reserve(ring.points.size());
     for (const Point2& p : ring.points) out.push_back(Point3(p) * frame);
-    if (reversed) out.Reverse();
     return out;
 }
 

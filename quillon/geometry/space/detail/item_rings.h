@@ -31,7 +31,7 @@ struct ContourRing {
 // Degenerate (empty) when an arc sweeps more than a full turn: such a contour runs over itself.
 ContourRing ApproximateRing(const LAContour& contour);
 
-// The ring's corners as points of space, (x, y, 0) · frame, in order or reversed.
-Mvector<Point3> PlaceRing(const ContourRing& ring, const Matrix4x3& frame, bool reversed);
+// The ring's corners as points of space, (x, y, 0) · frame.
+Mvector<Point3> PlaceRing(const ContourRing& ring, const Matrix4x3& frame);
 
 }  // namespace quillon::detail
