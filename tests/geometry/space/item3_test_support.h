@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
 #include <random>
+#include <set>
+#include <vector>
 
 #include "quillon/geometry/space/geometric_item3.h"
 #include "solid3_test_support.h"
@@ -91,8 +94,12 @@ inline Vector3 RandomPath(std::mt19937& gen, const LocalPlane& frame) {
            frame.get_dir_z() * (coin(gen) ? h(gen) : -h(gen));
 }
 
+// The tolerance of random items: a boolean's faces must be planar within it, and faces of
+// half-space models 1000 long and a few hundredths wide are planar to about 1e-8 only.
+inline constexpr double kEps = 1e-6;
+
 inline std::unique_ptr<Extrusion3> RandomExtrusion(std::mt19937& gen) {
-    auto e = std::make_unique<Extrusion3>(1e-9);
+    auto e = std::make_unique<Extrusion3>(kEps);
     const Outline o = RandomOutline(gen);
     const LocalPlane frame = solid_test::RandomFrame(gen);
     e->SetLocalPlane(frame);
@@ -115,10 +122,10 @@ inline std::unique_ptr<GeometricItem3> RandomItem(std::mt19937& gen, int depth) 
         case 2:
             return RandomExtrusion(gen);
         case 3:
-            return std::make_unique<HalfSpace3>(RandomPlane(gen), 1e-9);
+            return std::make_unique<HalfSpace3>(RandomPlane(gen), kEps);
         case 4: {
             auto b = std::make_unique<BoundedHalfSpace3>(RandomPlane(gen), RandomOutline(gen).outer,
-                                                         1e-9);
+                                                         kEps);
             b->SetLocalPlane(solid_test::RandomFrame(gen));
             return b;
         }
@@ -151,6 +158,42 @@ inline ::testing::AssertionResult SameSolid(const Solid3& a, const Solid3& b, do
         if (a.Vertex()[i].point.distance(b.Vertex()[i].point) > tol)
             return ::testing::AssertionFailure() << "vertex " << i << " differs";
     }
+    return ::testing::AssertionSuccess();
+}
+
+// The same faces over vertices within tol of each other, whatever the order of the vertices and
+// of the faces (booleans computed in two placements may number them differently).
+inline ::testing::AssertionResult SameShape(const Solid3& a, const Solid3& b, double tol) {
+    const auto& va = a.Vertex();
+    const auto& vb = b.Vertex();
+    if (va.size() != vb.size() || a.Face().size() != b.Face().size())
+        return ::testing::AssertionFailure() << "sizes differ";
+    std::vector<std::uint32_t> to(va.size());
+    for (std::size_t i = 0; i < va.size(); ++i) {
+        const auto it = std::find_if(vb.begin(), vb.end(), [&](const Vertex3d& v) {
+            return v.point.distance(va[i].point) <= tol;
+        });
+        if (it == vb.end()) return ::testing::AssertionFailure() << "vertex " << i << " unmatched";
+        to[i] = static_cast<std::uint32_t>(it - vb.begin());
+    }
+    // A face as its loops, each started at its smallest index, the holes in order.
+    using Key = std::vector<std::vector<std::uint32_t>>;
+    const auto key = [](const Face3& f, const std::vector<std::uint32_t>* map) {
+        auto loop = [&](const Mvector<std::uint32_t>& l) {
+            std::vector<std::uint32_t> r;
+            for (std::uint32_t v : l) r.push_back(map ? (*map)[v] : v);
+            std::rotate(r.begin(), std::min_element(r.begin(), r.end()), r.end());
+            return r;
+        };
+        Key k{loop(f.loop)};
+        for (const auto& h : f.holes) k.push_back(loop(h));
+        std::sort(k.begin() + 1, k.end());
+        return k;
+    };
+    std::multiset<Key> fa, fb;
+    for (const Face3& f : a.Face()) fa.insert(key(f, &to));
+    for (const Face3& f : b.Face()) fb.insert(key(f, nullptr));
+    if (fa != fb) return ::testing::AssertionFailure() << "faces differ";
     return ::testing::AssertionSuccess();
 }
 
