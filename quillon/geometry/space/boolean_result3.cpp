@@ -19,15 +19,13 @@ std::unique_ptr<GeometricItem3> CloneOf(const GeometricItem3* item) {
 
 }  // namespace
 
-BooleanResult3::BooleanResult3() = default;
+BooleanResult3::BooleanResult3() : CachedItem3(-1.0) {}
 
 BooleanResult3::BooleanResult3(const BooleanResult3& o)
-    : GeometricItem3(o),
+    : CachedItem3(o),
       oper(o.oper),
       first(CloneOf(o.first.get())),
-      second(CloneOf(o.second.get())),
-      solid(o.solid),
-      valid(o.valid) {}
+      second(CloneOf(o.second.get())) {}
 
 BooleanResult3& BooleanResult3::operator=(const BooleanResult3& o) {
     if (this != &o) {
@@ -45,10 +43,7 @@ const Solid3& BooleanResult3::GetSolid() const {
     static const Solid3 empty(1.1920928955078125e-7);
     if (!first) return empty;
     if (oper != BOOL_SUBTRACT && oper != BOOL_UNION) return first->GetSolid();
-    if (valid) return solid;
-    valid = true;
-    solid.Clear();
-    if (!second) return solid;
+    if (Cached() || !second) return solid;
     const Solid3& a = first->GetSolid();
     const Solid3& b = second->GetSolid();
     solid = Solid3(std::max(a.GetEps(), b.GetEps()));

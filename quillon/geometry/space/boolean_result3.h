@@ -26,13 +26,13 @@
 
 #include <memory>
 
-#include "quillon/geometry/space/item3.h"
+#include "quillon/geometry/space/cached_item3.h"
 #include "quillon/geometry/space/solid3.h"
 #include "quillon/geometry/space/solid3_inter.h"
 
 namespace quillon {
 
-class BooleanResult3 : public GeometricItem3 {
+class BooleanResult3 : public CachedItem3 {
 public:
     // Results nested inside a loaded result, at most.
     static constexpr int kMaxLoadDepth = 256;
@@ -63,18 +63,12 @@ public:
     void Reset();
 
 private:
-    void Invalidate() const {
-        solid.Clear();
-        valid = false;
-    }
     void Load(Archive& ar, int depth);
     static std::unique_ptr<GeometricItem3> LoadOperand(Archive& ar, int depth);
 
     EBOOL_OPER oper = BOOL_SUBTRACT;
     std::unique_ptr<GeometricItem3> first;
     std::unique_ptr<GeometricItem3> second;
-    mutable Solid3 solid;
-    mutable bool valid = false;
 };
 
 }  // namespace quillon

@@ -14,12 +14,10 @@ constexpr std::int32_t kExtrusionVersion = 1;
 
 }  // namespace
 
-Extrusion3::Extrusion3(double eps) : solid(eps) {}
+Extrusion3::Extrusion3(double eps) : CachedItem3(eps) {}
 
 const Solid3& Extrusion3::GetSolid() const {
-    if (valid) return solid;
-    valid = true;
-    solid.Clear();
+    if (Cached()) return solid;
     const double height = path * frame.get_dir_z();
     if (!(std::fabs(height) >= detail::kItemAxisEps)) return solid;
     const detail::ContourRing ring = detail::ApproximateRing(outer);

@@ -31,13 +31,13 @@
 
 #include "quillon/geometry/plane/la_contour.h"
 #include "quillon/geometry/plane/mvector.h"
-#include "quillon/geometry/space/item3.h"
+#include "quillon/geometry/space/cached_item3.h"
 #include "quillon/geometry/space/local3.h"
 #include "quillon/geometry/space/solid3.h"
 
 namespace quillon {
 
-class Extrusion3 : public GeometricItem3 {
+class Extrusion3 : public CachedItem3 {
 public:
     // eps is the tolerance of the solid built (negative: 1e-10). No contours, a zero path, the
     // global frame.
@@ -67,17 +67,10 @@ public:
     void Reset();
 
 private:
-    void Invalidate() const {
-        solid.Clear();
-        valid = false;
-    }
-
     Vector3 path;
     LAContour outer;
     Mvector<LAContour> inner;
     LocalPlane frame;
-    mutable Solid3 solid;
-    mutable bool valid = false;
 };
 
 }  // namespace quillon

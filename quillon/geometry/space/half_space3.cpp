@@ -37,14 +37,12 @@ bool IsIdentity(const Matrix4x3& m) {
 
 // ---- HalfSpace3 ----
 
-HalfSpace3::HalfSpace3(double eps) : solid(eps) {}
+HalfSpace3::HalfSpace3(double eps) : CachedItem3(eps) {}
 
-HalfSpace3::HalfSpace3(const Plane3& p, double eps) : plane(p), solid(eps) {}
+HalfSpace3::HalfSpace3(const Plane3& p, double eps) : CachedItem3(eps), plane(p) {}
 
 const Solid3& HalfSpace3::GetSolid() const {
-    if (valid) return solid;
-    valid = true;
-    solid.Clear();
+    if (Cached()) return solid;
     // The box is laid out where the plane was set and carried along by the placement.
     const bool placed = !IsIdentity(placement);
     const Plane3 base = placed ? Moved(plane, placement.inverse()) : plane;
@@ -104,15 +102,13 @@ void HalfSpace3::Serialize(Archive& ar) {
 
 // ---- BoundedHalfSpace3 ----
 
-BoundedHalfSpace3::BoundedHalfSpace3(double eps) : solid(eps) {}
+BoundedHalfSpace3::BoundedHalfSpace3(double eps) : CachedItem3(eps) {}
 
 BoundedHalfSpace3::BoundedHalfSpace3(const Plane3& p, const LAContour& b, double eps)
-    : plane(p), bound(b), solid(eps) {}
+    : CachedItem3(eps), plane(p), bound(b) {}
 
 const Solid3& BoundedHalfSpace3::GetSolid() const {
-    if (valid) return solid;
-    valid = true;
-    solid.Clear();
+    if (Cached()) return solid;
     Vector3 n;
     if (!plane.get(&n, static_cast<Point3*>(nullptr))) return solid;
     n.normalize();

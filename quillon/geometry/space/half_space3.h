@@ -12,7 +12,7 @@
 #pragma once
 
 #include "quillon/geometry/plane/la_contour.h"
-#include "quillon/geometry/space/item3.h"
+#include "quillon/geometry/space/cached_item3.h"
 #include "quillon/geometry/space/local3.h"
 #include "quillon/geometry/space/plane3.h"
 #include "quillon/geometry/space/solid3.h"
@@ -37,7 +37,7 @@ namespace quillon {
 // (double), the placement (12 doubles: the x, y, z rows of its rotation, then its translation).
 // Loading fails by ArchiveException: badSchema for another version or a number that is not
 // finite, endOfFile for a short record.
-class HalfSpace3 : public GeometricItem3 {
+class HalfSpace3 : public CachedItem3 {
 public:
     // eps is the tolerance of the solid built (negative: 1e-10). The plane is degenerate.
     explicit HalfSpace3(double eps = -1.0);
@@ -59,15 +59,8 @@ public:
     void Reset();
 
 private:
-    void Invalidate() const {
-        solid.Clear();
-        valid = false;
-    }
-
     Plane3 plane;
     Isometry3 placement;
-    mutable Solid3 solid;
-    mutable bool valid = false;
 };
 
 // The part of a half-space that lies under an outline: a prism whose cross-section is the outline
@@ -91,7 +84,7 @@ private:
 // (uint32), then per edge type (int32, 0 straight or 1 arc), start x, y, centre x, y, angle
 // (double). Loading fails as for HalfSpace3, and with badSchema for a flag or an edge type other
 // than 0 or 1.
-class BoundedHalfSpace3 : public GeometricItem3 {
+class BoundedHalfSpace3 : public CachedItem3 {
 public:
     explicit BoundedHalfSpace3(double eps = -1.0);
     BoundedHalfSpace3(const Plane3& plane, const LAContour& bound, double eps = -1.0);
@@ -114,16 +107,9 @@ public:
     void Reset();
 
 private:
-    void Invalidate() const {
-        solid.Clear();
-        valid = false;
-    }
-
     Plane3 plane;
     LAContour bound;
     LocalPlane frame;
-    mutable Solid3 solid;
-    mutable bool valid = false;
 };
 
 }  // namespace quillon
