@@ -29,9 +29,9 @@
 //   3. an arc still missing the next start (by more than `tolerance`, or beyond repair) is followed
 //      by a straight edge from its end to the next start, closing the gap as the section integrals
 //      close it: the contour is closed explicitly.
-// No point moves by more than `tolerance`. Straight edges apart from (1), consistent arcs and edges
-// with numbers that are not finite are left as they are; afterwards every arc ends within eps of
-// the next start. Nothing throws except allocation.
+// No point moves by more than `tolerance`. Straight edges apart from (1) and (2), consistent arcs
+// and edges with numbers that are not finite are left as they are; afterwards every arc ends within
+// eps of the next start. Nothing throws except allocation.
 #pragma once
 
 #include "quillon/geometry/contours/pro_contour.h"
