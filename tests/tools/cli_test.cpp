@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "quillon/geometry/contours/contour_text.h"
+#include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/platform/text.h"
 #include "quillon/sections/contour_props.h"
 
@@ -48,12 +48,11 @@ double figure(const std::string& table, const std::string& symbol) {
     return std::stod(m[1]);
 }
 
-// Area of a contour text, through the library's reader and the exact integrals.
+// Area of a contour text (with or without a unit name), through the library's reader and the
+// exact integrals; NaN when the text does not read.
 double areaOf(const std::string& text) {
-    ProComplexContourAndUnitReader reader(platform::FromUtf8(text));
-    std::wstring unit;
-    std::unique_ptr<ProComplexContour> shape(reader.read(unit));
-    return CalcProps(*shape).area;
+    const ShapeText read = ReadShapeText(platform::FromUtf8(text));
+    return read.shape ? CalcProps(*read.shape).area : std::nan("");
 }
 
 // A small well-formedness check: every tag closes in order, attributes are quoted, and the

@@ -12,8 +12,11 @@
 #include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/platform/text.h"
 #include "quillon/units/vunit.h"
+#include "tools/quillon/command.h"
 #include "tools/quillon/loose_elements.h"
 #include "tools/quillon/section_report.h"
+#include "tools/quillon/shape_input.h"
+#include "tools/quillon/shape_output.h"
 #include "tools/quillon/svg.h"
 
 #ifndef QUILLON_EXAMPLES_DIR
@@ -30,97 +33,7 @@ namespace {
 using platform::FromUtf8;
 using platform::ToUtf8;
 
-struct CommandSpec;
-
-// One option of a command: --name VALUE (or --name=VALUE); a flag when `value` is null.
-struct OptionSpec {
-    const char* name;
-    const char* value;  // placeholder shown in the usage line, e.g. "E"
-    const char* help;
-};
-
-// A command as the user called it: its words sorted into arguments and options.
-struct Invocation {
-    const CommandSpec& command;
-    std::vector<std::string> positional;
-    std::map<std::string, std::string> options;  // flags map to ""
-    std::istream& in;
-    std::ostream& out;
-    std::ostream& err;
-
-    bool Has(const std::string& name) const { return options.count(name) != 0; }
-    std::string Get(const std::string& name, const std::string& fallback) const {
-        const auto it = options.find(name);
-        return it == options.end() ? fallback : it->second;
-    }
-    // An error message on standard error, prefixed by the command, and the exit code.
-    int Fail(int code, const std::string& message) const;
-    // A usage error: the message, then the usage line.
-    int Usage(const std::string& message) const;
-};
-
-// The one place a command is declared: what 'quillon --help' lists, what 'quillon NAME --help'
-// prints, which options the command accepts and the function that does the work.
-struct CommandSpec {
-    const char* name;
-    const char* arguments;  // the positional part of the usage line
-    const char* summary;    // one line for 'quillon --help'
-    const char* help;       // what the command does
-    std::vector<OptionSpec> options;
-    int (*run)(const Invocation&);
-
-    std::string UsageLine() const {
-        std::string line = std::string("usage: quillon ") + name;
-        if (*arguments != '\0') line += std::string(" ") + arguments;
-        for (const OptionSpec& o : options)
-            line +=
-                std::string(" [--") + o.name + (o.value ? std::string(" ") + o.value : "") + "]";
-        return line + "\n";
-    }
-    std::string Help() const {
-        std::string text = UsageLine() + help;
-        if (!options.empty()) text += "options:\n";
-        for (const OptionSpec& o : options) {
-            std::string left =
-                std::string("  --") + o.name + (o.value ? std::string(" ") + o.value : "");
-            left.resize(std::max<std::size_t>(left.size() + 2, 20), ' ');
-            text += left + o.help + "\n";
-        }
-        return text;
-    }
-    const OptionSpec* Option(const std::string& optionName) const {
-        for (const OptionSpec& o : options)
-            if (optionName == o.name) return &o;
-        return nullptr;
-    }
-};
-
-int Invocation::Fail(int code, const std::string& message) const {
-    err << "quillon " << command.name << ": " << message << "\n";
-    return code;
-}
-
-int Invocation::Usage(const std::string& message) const {
-    err << "quillon " << command.name << ": " << message << "\n"
-        << command.UsageLine() << "'quillon " << command.name << " --help' tells more.\n";
-    return kUsage;
-}
-
 // ---- Shared steps of the commands ---------------------------------------------------------------
-
-bool ReadAll(const Invocation& call, const std::string& source, std::string& text) {
-    if (source == "-") {
-        text.assign(std::istreambuf_iterator<char>(call.in), std::istreambuf_iterator<char>());
-        return true;
-    }
-    std::ifstream file(source, std::ios::binary);
-    if (!file) {
-        call.Fail(kBadInput, "cannot open '" + source + "'");
-        return false;
-    }
-    text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    return true;
-}
 
 // kDone, or kCannotWrite with the message printed.
 int WriteFile(const Invocation& call, const std::filesystem::path& path,
@@ -133,14 +46,6 @@ int WriteFile(const Invocation& call, const std::filesystem::path& path,
     return kDone;
 }
 
-bool ParseEps(const Invocation& call, double& eps) {
-    if (!call.Has("eps")) return true;
-    const std::string text = call.Get("eps", "");
-    std::size_t used = 0;
-    eps = platform::LeadingDouble(text, &used);
-    return used == text.size() && eps > 0.0 && std::isfinite(eps);
-}
-
 bool ParseUnits(const Invocation& call, std::string& unit) {
     if (!call.Has("units")) return true;
     if (UnitLength(call.Get("units", "")) == 0.0) return false;
@@ -149,48 +54,21 @@ bool ParseUnits(const Invocation& call, std::string& unit) {
 }
 
 bool ReadDrawing(const Invocation& call, const std::string& source, LooseDrawing& drawing) {
-    std::string text;
-    if (!ReadAll(call, source, text)) return false;
-    std::istringstream in(text);
+    const std::optional<InputText> input = ReadInput(call, source);
+    if (!input) return false;
+    std::istringstream in(input->text);
     ReadError error;
     if (ReadLooseDrawing(in, drawing, error)) return true;
-    call.Fail(kBadInput, source + ":" + std::to_string(error.line) + ": " + error.message);
+    call.Fail(kBadInput, input->name + ":" + std::to_string(error.line) + ": " + error.message);
     return false;
-}
-
-// A complex contour text with an optional unit name in front; null (message printed) when it
-// does not read.
-ShapePtr ReadShape(const Invocation& call, const std::string& text, std::string& unit,
-                   const std::string& what) {
-    ShapeText read = ReadShapeText(FromUtf8(text));
-    if (!read.shape) {
-        const ContourTextError& e = *read.error;
-        call.Fail(kBadInput, what + " is not a contour text: error " + std::to_string(e.code) +
-                                 " (" + e.what() + ") at line " + std::to_string(e.line + 1) +
-                                 ", character " + std::to_string(e.position));
-        return nullptr;
-    }
-    unit = read.unit ? ToUtf8(*read.unit) : std::string();
-    return std::move(read.shape);
-}
-
-std::string ContourText(const ProComplexContour& shape, const std::string& unit) {
-    return ToUtf8(WriteShapeText(shape, FromUtf8(unit)));
-}
-
-std::string ShapeSummary(const ProComplexContour& shape) {
-    unsigned long holes = 0;
-    for (unsigned long i = 0; i < shape.ChildrenCount(); ++i)
-        holes += shape.SolidChild(i)->ChildrenCount();
-    return platform::FormatC("%lu solid(s) with %lu hole(s)", shape.ChildrenCount(), holes);
 }
 
 std::string DescribePolyline(const LAContour& p) {
     if (p.empty()) return "empty polyline";
     const Point2& a = p.Front().start;
     const Point2& b = p.Back().start;
-    return platform::FormatC("%zu element(s) from (%g, %g) to (%g, %g)", p.size() - 1, a.x, a.y,
-                             b.x, b.y);
+    return WithoutNegativeZeros(platform::FormatC("%zu element(s) from (%g, %g) to (%g, %g)",
+                                                  p.size() - 1, a.x, a.y, b.x, b.y));
 }
 
 int WriteSvg(const Invocation& call, const ProComplexContour& shape, const std::string& unit) {
@@ -211,14 +89,16 @@ int RunDemo(const Invocation& call) {
         call.Get("example", (std::filesystem::path(QUILLON_EXAMPLES_DIR) / "plate.txt").string());
     LooseDrawing drawing;
     if (!ReadDrawing(call, example.string(), drawing)) return kBadInput;
-    const SolvedShape solved = SolveElements(drawing.elements, 0.01);
+    const SolvedShape solved = SolveElements(drawing.elements, 0.01, CleanUpAsked(call));
     call.out << "Quillon demo: " << example.filename().string() << ", " << drawing.elements.size()
              << " loose lines and arcs drawn in " << drawing.unit << "\n";
     call.out << "Solver: " << solved.faces << " closed contour(s), " << solved.polylines.size()
              << " free polyline(s) (overshoots) -> " << ShapeSummary(*solved.shape) << "\n\n";
     call.out << "Contour text:\n" << ContourText(*solved.shape, drawing.unit) << "\n\n";
+    std::string table;
+    const bool measured = SectionReport(*solved.shape, drawing.unit, shown, table);
     call.out << "Section properties (exact arcs, shown in " << shown << "):\n"
-             << SectionReport(*solved.shape, drawing.unit, shown) << "\n";
+             << (measured ? table : "  no section: " + table + "\n") << "\n";
     SvgOptions o;
     o.unit = drawing.unit;
     o.title = "Quillon demo: " + example.filename().string();
@@ -231,12 +111,12 @@ int RunDemo(const Invocation& call) {
 int RunSolve(const Invocation& call) {
     if (call.positional.size() > 1) return call.Usage("one input at most");
     double eps = 0.01;
-    if (!ParseEps(call, eps)) return call.Usage("--eps needs a positive number");
+    if (!ReadEpsOption(call, eps)) return call.Usage("--eps needs a positive number");
     const std::string source = call.positional.empty() ? "-" : call.positional[0];
     LooseDrawing drawing;
     if (!ReadDrawing(call, source, drawing)) return kBadInput;
     if (drawing.elements.empty()) return call.Fail(kBadInput, source + ": no elements");
-    const SolvedShape solved = SolveElements(drawing.elements, eps);
+    const SolvedShape solved = SolveElements(drawing.elements, eps, CleanUpAsked(call));
     call.out << ContourText(*solved.shape, drawing.unit) << "\n";
     call.err << "quillon solve: " << drawing.elements.size() << " elements, "
              << ShapeSummary(*solved.shape) << ", " << solved.polylines.size()
@@ -258,23 +138,19 @@ int RunBool(const Invocation& call) {
     if (operation == kOperations.end()) return call.Usage("unknown operation '" + op + "'");
     // Contour texts hold six decimals, so stored arcs close only to about 1e-6 of their radius.
     double eps = 1e-3;
-    if (!ParseEps(call, eps)) return call.Usage("--eps needs a positive number");
-    ShapePtr shapes[2];
-    std::string units[2];
-    for (int i = 0; i < 2; ++i) {
-        const std::string& arg = call.positional[1 + static_cast<std::size_t>(i)];
-        std::string text;
-        if (!arg.empty() && (arg[0] == '(' || arg[0] == '"'))
-            text = arg;
-        else if (!ReadAll(call, arg, text))
-            return kBadInput;
-        shapes[i] = ReadShape(call, text, units[i], i == 0 ? "A" : "B");
+    if (!ReadEpsOption(call, eps)) return call.Usage("--eps needs a positive number");
+    std::optional<ShapeInput> shapes[2];
+    for (std::size_t i = 0; i < 2; ++i) {
+        shapes[i] = ReadShapeInput(call, call.positional[1 + i], i == 0 ? "A" : "B", eps);
         if (!shapes[i]) return kBadInput;
     }
-    if (!units[0].empty() && !units[1].empty() && units[0] != units[1])
-        return call.Fail(kBadInput, "A is in " + units[0] + " and B in " + units[1]);
-    const std::string unit = units[0].empty() ? units[1] : units[0];
-    const ShapePtr result = CombineShapes(*shapes[0], *shapes[1], operation->second, eps);
+    const std::string& a = shapes[0]->unit;
+    const std::string& b = shapes[1]->unit;
+    if (!a.empty() && !b.empty() && a != b)
+        return call.Fail(kBadInput, "A is in " + a + " and B in " + b);
+    const std::string unit = a.empty() ? b : a;
+    const ShapePtr result = CombineShapes(*shapes[0]->shape, *shapes[1]->shape, operation->second,
+                                          eps, CleanUpAsked(call));
     call.out << ContourText(*result, unit) << "\n";
     call.err << "quillon bool: " << op << ": " << ShapeSummary(*result) << "\n";
     return WriteSvg(call, *result, unit.empty() ? "mm" : unit);
@@ -284,17 +160,20 @@ int RunSection(const Invocation& call) {
     if (call.positional.size() > 1) return call.Usage("one input at most");
     std::string shown = "cm";
     if (!ParseUnits(call, shown)) return call.Usage("--units takes mm, cm or m");
+    double eps = 1e-3;
+    if (!ReadEpsOption(call, eps)) return call.Usage("--eps needs a positive number");
     const std::string source = call.positional.empty() ? "-" : call.positional[0];
-    std::string text, unit;
-    if (!ReadAll(call, source, text)) return kBadInput;
-    const ShapePtr shape = ReadShape(call, text, unit, source);
-    if (!shape) return kBadInput;
-    if (unit.empty()) unit = "mm";
+    const std::optional<ShapeInput> input = ReadShapeInput(call, source, "", eps);
+    if (!input) return kBadInput;
+    const std::string unit = input->unit.empty() ? "mm" : input->unit;
     if (UnitLength(unit) == 0.0)
         return call.Fail(kBadInput, "unknown length unit \"" + unit + "\" (mm, cm or m)");
-    call.out << "Section properties (" << ShapeSummary(*shape) << ", drawn in " << unit
+    std::string table;
+    if (!SectionReport(*input->shape, unit, shown, table))
+        return call.Fail(kBadInput, input->name + ": no section: " + table);
+    call.out << "Section properties (" << ShapeSummary(*input->shape) << ", drawn in " << unit
              << ", shown in " << shown << "):\n"
-             << SectionReport(*shape, unit, shown);
+             << table;
     return kDone;
 }
 
@@ -316,8 +195,20 @@ int RunUnit(const Invocation& call) {
         {munit::SUnit::energy, "moment or energy"},
         {munit::SUnit::power, "power"},
     };
+    std::vector<std::string> texts;
+    for (const std::string& arg : call.positional) {
+        if (arg != "-") {
+            texts.push_back(arg);
+            continue;
+        }
+        std::string line;
+        while (std::getline(call.in, line)) {
+            if (!line.empty() && line.back() == '\r') line.pop_back();
+            if (line.find_first_not_of(" \t") != std::string::npos) texts.push_back(line);
+        }
+    }
     int code = kDone;
-    for (const std::string& text : call.positional) {
+    for (const std::string& text : texts) {
         const std::wstring wide = FromUtf8(text);
         const munit::VUnit v(wide.c_str());
         if (!v.is_valid()) {
@@ -349,38 +240,47 @@ const std::vector<CommandSpec>& Commands() {
          "section properties and writes DIR/plate.svg.\n",
          {{"out", "DIR", "folder of the picture (default: ./out)"},
           {"units", "mm|cm|m", "unit of the figures (default: cm)"},
-          {"example", "FILE", "another drawing instead of examples/plate.txt"}},
+          {"example", "FILE", "another drawing instead of examples/plate.txt"},
+          kCleanOption},
          RunDemo},
         {"solve",
-         "[FILE|-]",
+         "[FILE|-|TEXT]",
          "loose lines and arcs in, the shape's contour text out",
-         "Reads loose elements (format: examples/README.md) from FILE or standard input, joins\n"
-         "close points, splits crossings and prints the resulting complex contour as contour\n"
-         "text. Free polylines are reported on standard error.\n",
+         "Reads loose elements (format: examples/README.md) from FILE, standard input or the\n"
+         "text itself, joins close points, splits crossings and prints the resulting complex\n"
+         "contour as contour text. Free polylines are reported on standard error.\n",
          {{"svg", "FILE", "also draw the shape into FILE"},
-          {"eps", "E", "join points closer than E (drawing units, default 0.01)"}},
+          {"eps", "E", "join points closer than E (drawing units, default 0.01)"},
+          kCleanOption},
          RunSolve},
         {"bool",
          "union|difference|intersection A B",
          "union, difference or intersection of two contour texts",
          "A and B are contour texts, given as files, '-' for standard input, or the text itself\n"
-         "(an argument starting with '(' or '\"'). Prints the result as contour text.\n",
+         "(an argument starting with '(' or '\"'). Prints the result as contour text. A shape\n"
+         "that is not valid (a hole outside its solid, overlapping solids, a contour crossing\n"
+         "itself...) is refused with its problems listed, unless --fix is given.\n",
          {{"svg", "FILE", "also draw the result into FILE"},
-          {"eps", "E", "join points closer than E (default 0.001)"}},
+          {"eps", "E", "join points closer than E (default 0.001)"},
+          kFixOption,
+          kCleanOption},
          RunBool},
         {"section",
-         "[FILE|-]",
+         "[FILE|-|TEXT]",
          "section properties of a contour text",
-         "Reads a contour text (with or without a unit name; without one, mm) and prints the\n"
-         "section properties, exact for arcs.\n",
-         {{"units", "mm|cm|m", "unit of the figures (default: cm)"}},
+         "Reads a contour text (with or without a unit name; without one, mm) from FILE,\n"
+         "standard input or the text itself and prints the section properties, exact for arcs.\n"
+         "A shape that is not valid is refused with its problems listed, unless --fix is given.\n",
+         {{"units", "mm|cm|m", "unit of the figures (default: cm)"},
+          {"eps", "E", "points closer than E are one point (default 0.001)"},
+          kFixOption},
          RunSection},
         {"unit",
-         "TEXT...",
+         "TEXT...|-",
          "value-with-unit texts to their SI value, exponents and quantity",
-         "Parses each value-with-unit text (e.g. \"2.5 kN*m\", \"kg/m^3\") and prints its value "
-         "in\n"
-         "metre-kilogram-second units, its exponents and its quantity type.\n",
+         "Parses each value-with-unit text (e.g. \"2.5 kN*m\", \"kg/m^3\"; '-': one a line from\n"
+         "standard input) and prints its value in metre-kilogram-second units, its exponents\n"
+         "and its quantity type.\n",
          {},
          RunUnit},
     };
@@ -403,8 +303,9 @@ std::string MainHelp() {
     text +=
         "\n"
         "'quillon COMMAND --help' tells more. Options take their value as the next word or\n"
-        "after '=' (--eps=0.1). Exit codes: 0 done, 1 usage, 2 bad input, 3 a file could not be\n"
-        "written.\n";
+        "after '=' (--eps=0.1). An input is a file, '-' for standard input, or the text itself.\n"
+        "Exit codes: 0 done, 1 usage, 2 bad input (unreadable, or a shape that is not valid),\n"
+        "3 a file could not be written.\n";
     return text;
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "quillon/geometry/contours/contour_validate.h"
 #include "quillon/geometry/plane/angles.h"
 #include "quillon/platform/text.h"
 
@@ -63,7 +64,15 @@ bool ReadLooseDrawing(std::istream& in, LooseDrawing& drawing, ReadError& error)
         std::vector<double> v;
         std::string bad;
         auto numbers = [&](std::size_t count, const char* form) {
-            if (readNumbers(words, v, count, bad)) return true;
+            if (readNumbers(words, v, count, bad)) {
+                for (const double x : v)
+                    if (std::fabs(x) > kMaxContourCoordinate)
+                        return fail(
+                            platform::FormatC("%g is beyond %g: areas and moments would "
+                                              "overflow",
+                                              x, kMaxContourCoordinate));
+                return true;
+            }
             std::string message = std::string("expected \"") + form + "\"";
             if (!bad.empty()) message += ", found \"" + bad + "\"";
             return fail(message);
@@ -109,7 +118,8 @@ bool ReadLooseDrawing(std::istream& in, LooseDrawing& drawing, ReadError& error)
         } else if (keyword == "arc3") {
             if (!numbers(6, "arc3 x1 y1 xm ym x2 y2")) return false;
             const Arc2 arc(Point2(v[0], v[1]), Point2(v[4], v[5]), Point2(v[2], v[3]));
-            if (!arc.is_valid()) return fail("the three points of the arc lie on one line");
+            if (!arc.is_valid() || !(arc.get_circle().get_radius() <= kMaxContourCoordinate))
+                return fail("the three points of the arc lie on one line");
             e.kind = LooseElement::Arc;
             e.begin = Point2(v[0], v[1]);
             e.end = Point2(v[4], v[5]);

@@ -10,6 +10,8 @@
 //   circle cx cy r                a full circle
 //
 // A malformed line is reported with its line number and what was expected; nothing is guessed.
+// Numbers beyond kMaxContourCoordinate (contour_validate.h) are refused: the areas and moments of
+// what they draw would overflow.
 #pragma once
 
 #include <istream>

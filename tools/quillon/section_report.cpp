@@ -7,6 +7,7 @@
 #include "quillon/sections/contour_props.h"
 #include "quillon/units/munit.h"
 #include "tools/quillon/loose_elements.h"
+#include "tools/quillon/shape_output.h"
 
 namespace quillon::tool {
 
@@ -42,8 +43,8 @@ void chooseUnits(munit::MUnit& units, const std::wstring& unit) {
 
 }  // namespace
 
-std::string SectionReport(const ProComplexContour& shape, const std::string& drawingUnit,
-                          const std::string& shownUnit) {
+bool SectionReport(const ProComplexContour& shape, const std::string& drawingUnit,
+                   const std::string& shownUnit, std::string& text) {
     if (!munit::GetMInit()) munit::InitMInit(true);
     munit::MUnit units;
     chooseUnits(units, platform::FromUtf8(shownUnit));
@@ -52,8 +53,11 @@ std::string SectionReport(const ProComplexContour& shape, const std::string& dra
     const Rect2 box = ContourExtents(shape);
     const double k = UnitLength(drawingUnit);  // drawing unit to metres
 
+    bool fits = true;
     auto show = [&](MUNIT_TYPES id, double drawingValue, int power) {
         const double si = drawingValue * std::pow(k, power);
+        const double factor = power == 0 ? 1.0 : std::pow(UnitLength(shownUnit), power);
+        fits = fits && std::isfinite(si) && std::isfinite(si / factor);
         return platform::ToUtf8(
             units.CnvUnitSIToText(id, si, munit::BASIC_FROM_SI, munit::SEPARATOR_TO_POINT) + L" " +
             units.GetFullNameUnit(id, false));
@@ -63,7 +67,10 @@ std::string SectionReport(const ProComplexContour& shape, const std::string& dra
     };
 
     std::string s;
-    if (!f.valid) return "  no section: the shape encloses no area\n";
+    if (!f.valid) {
+        text = "the shape encloses no area";
+        return false;
+    }
     s += line("area", "A", show(kArea, f.area, 2));
     s += line("centroid x", "xc", show(kLength, f.centroid.x, 1));
     s += line("centroid y", "yc", show(kLength, f.centroid.y, 1));
@@ -83,7 +90,12 @@ std::string SectionReport(const ProComplexContour& shape, const std::string& dra
               show(kLength, box.pnt1().x, 1) + " to " + show(kLength, box.pnt2().x, 1));
     s += line("extents y", "",
               show(kLength, box.pnt1().y, 1) + " to " + show(kLength, box.pnt2().y, 1));
-    return s;
+    if (!fits) {
+        text = "the figures overflow in " + shownUnit + ": the shape is too large to measure";
+        return false;
+    }
+    text = WithoutNegativeZeros(s);
+    return true;
 }
 
 }  // namespace quillon::tool

@@ -117,23 +117,40 @@ private:
             if (last) inserts.emplace_back(i, e.end_arc());
             return;
         }
+        // Straight edges no longer than the tolerance right after the arc (the zero-length edge
+        // the solver closes its contours with, grown by rounding) stay collapsed: their starts and
+        // the start of the edge after them move together to the arc's new end, so the corner stays
+        // one point instead of a short edge folding back along the arc. That edge decides where
+        // the corner goes: where the circles cross when it is an arc of another circle.
+        std::vector<std::size_t> moved{k};
+        if (next.type != 1 && k != i) {
+            for (std::size_t m = k; c[m].type != 1 && moved.size() <= n;) {
+                const std::size_t after = (m + 1) % n;
+                if (after == i || !Usable(c[after]) || c[m].start.distance(c[after].start) > tol)
+                    break;
+                moved.push_back(m = after);
+            }
+        }
+        const LAEdge& meets = c[moved.back()];
         const Point2 centre = e.centre;
         const double r = e.rad_arc();
         Point2 target = n0;
         bool found = true;
         if (k == i) {
             target = e.start;
-        } else if (next.type != 1) {
+        } else if (meets.type != 1) {
             target = Radial(centre, r, n0);
-        } else if (next.centre.distance(centre) <= eps && std::fabs(next.rad_arc() - r) <= tol) {
+        } else if (meets.centre.distance(centre) <= eps && std::fabs(meets.rad_arc() - r) <= tol) {
             target = Radial(centre, r, n0);
         } else {
-            found = NearestCrossing(centre, r, next.centre, next.rad_arc(), n0, target);
+            found = NearestCrossing(centre, r, meets.centre, meets.rad_arc(), n0, target);
         }
-        if (found && target.distance(n0) <= tol && Turn(e, target)) {
-            if (k != i && !(target.x == n0.x && target.y == n0.y)) {
-                next.start = target;
-                touched[k] = true;
+        const auto near = [&](std::size_t m) { return c[m].start.distance(target) <= tol; };
+        if (found && std::all_of(moved.begin(), moved.end(), near) && Turn(e, target)) {
+            for (const std::size_t m : moved) {
+                if (m == i || (c[m].start.x == target.x && c[m].start.y == target.y)) continue;
+                c[m].start = target;
+                touched[m] = true;
             }
             touched[i] = true;
             return;

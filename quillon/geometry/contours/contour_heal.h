@@ -15,7 +15,10 @@
 //   2. each arc whose end misses the next edge's start by more than eps but not more than
 //      `tolerance` keeps its centre and start: the next start moves onto the arc's circle (along
 //      the radius; or, when it starts an arc of another circle, along that circle to where the two
-//      circles cross) and the sweep turns by the least angle that ends the arc there. Centres stay
+//      circles cross) and the sweep turns by the least angle that ends the arc there. Straight
+//      edges not longer than `tolerance` right after the arc (the solver's zero-length closing
+//      edge, grown by rounding) move with it: their starts and the start of the edge after them
+//      go to the same point, decided by that edge, so a corner stays one point. Centres stay
 //      where they are because the solver merges centres closer than its epsilon, and arcs of one
 //      circle read from text share theirs exactly. An arc whose ends then meet becomes a full turn
 //      (if it swept more than half a turn) or a straight edge (its sweep was rounding). When the
@@ -26,9 +29,9 @@
 //   3. an arc still missing the next start (by more than `tolerance`, or beyond repair) is followed
 //      by a straight edge from its end to the next start, closing the gap as the section integrals
 //      close it: the contour is closed explicitly.
-// No point moves by more than `tolerance`. Straight edges apart from (1), consistent arcs and edges
-// with numbers that are not finite are left as they are; afterwards every arc ends within eps of
-// the next start. Nothing throws except allocation.
+// No point moves by more than `tolerance`. Straight edges apart from (1) and (2), consistent arcs
+// and edges with numbers that are not finite are left as they are; afterwards every arc ends within
+// eps of the next start. Nothing throws except allocation.
 #pragma once
 
 #include "quillon/geometry/contours/pro_contour.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "quillon/geometry/contours/contour_simplify.h"
 #include "quillon/geometry/contours/las_driver.h"
 #include "quillon/platform/text.h"
 
@@ -26,6 +27,11 @@ LAS_Solver::Operation EngineOperation(ShapeOperation op) {
     return LAS_Solver::Union;
 }
 
+ShapePtr CleanedUp(ShapePtr shape, ResultCleanUp cleanUp, double epsilon) {
+    if (cleanUp == ResultCleanUp::Simplify) SimplifyComplexContour(*shape, epsilon);
+    return shape;
+}
+
 ShapePtr Copy(const ProComplexContour& c) {
     std::unique_ptr<ProContour> copy(c.Duplicate());
     if (auto* complex = dynamic_cast<ProComplexContour*>(copy.get())) {
@@ -37,7 +43,8 @@ ShapePtr Copy(const ProComplexContour& c) {
 
 }  // namespace
 
-SolvedShape SolveElements(const std::vector<LooseElement>& elements, double epsilon) {
+SolvedShape SolveElements(const std::vector<LooseElement>& elements, double epsilon,
+                          ResultCleanUp cleanUp) {
     LAS_Solver solver(epsilon);
     for (const LooseElement& e : elements) {
         if (e.kind == LooseElement::Line)
@@ -59,16 +66,16 @@ SolvedShape SolveElements(const std::vector<LooseElement>& elements, double epsi
     }
     // The faces are nested on a solver of their own: the one above holds the drawing's graph.
     LAS_Solver nesting(epsilon);
-    result.shape = OrEmpty(nesting.Set(closed, &factory, false));
+    result.shape = CleanedUp(OrEmpty(nesting.Set(closed, &factory, false)), cleanUp, epsilon);
     for (ProClosedContour* c : closed) delete c;
     return result;
 }
 
 ShapePtr CombineShapes(const ProComplexContour& a, const ProComplexContour& b, ShapeOperation op,
-                       double epsilon) {
+                       double epsilon, ResultCleanUp cleanUp) {
     ProContourFactory factory;
     LAS_Solver solver(epsilon);
-    return OrEmpty(solver.Solv(&a, &b, EngineOperation(op), &factory));
+    return CleanedUp(OrEmpty(solver.Solv(&a, &b, EngineOperation(op), &factory)), cleanUp, epsilon);
 }
 
 ShapePtr ShapeUnion(const ProComplexContour& a, const ProComplexContour& b, double epsilon) {
@@ -94,10 +101,10 @@ ShapePtr ShapeUnion(const std::vector<const ProComplexContour*>& shapes, double 
     return OrEmpty(solver.Add(list, &factory));
 }
 
-ShapePtr NormalizeShape(const ProComplexContour& shape, double epsilon) {
+ShapePtr NormalizeShape(const ProComplexContour& shape, double epsilon, ResultCleanUp cleanUp) {
     ProContourFactory factory;
     LAS_Solver solver(epsilon);
-    return OrEmpty(solver.Normalize(&shape, &factory));
+    return CleanedUp(OrEmpty(solver.Normalize(&shape, &factory)), cleanUp, epsilon);
 }
 
 ShapePtr MakeShape(const LAContour& outline, const std::vector<LAContour>& holes) {

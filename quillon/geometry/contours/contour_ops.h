@@ -9,7 +9,8 @@
 // point, a point within epsilon of a curve lies on it; a negative epsilon asks for 1e-10. Results
 // follow the engine's conventions: outlines and holes run clockwise (y up), each repeats its first
 // point as a zero-length closing edge, arcs stay arcs. Nothing here throws on geometry; a text that
-// does not read is answered with the reader's error in the result.
+// does not read is answered with the reader's error in the result. Calls that solve can also clean
+// their result up (ResultCleanUp), off by default so that results stay the engine's own.
 #pragma once
 
 #include <cstddef>
@@ -46,6 +47,12 @@ struct LooseElement {
     }
 };
 
+// What a call does to the shape it returns. Keep: the engine's result as it stands (split points
+// and all). Simplify: consecutive straight edges on one line and consecutive arcs of one circle
+// turning one way are merged at the call's epsilon, the region kept (SimplifyComplexContour,
+// contour_simplify.h).
+enum class ResultCleanUp { Keep, Simplify };
+
 // What a drawing of loose elements solves to.
 struct SolvedShape {
     ShapePtr shape;                    // never null: an empty shape when nothing closes
@@ -57,13 +64,14 @@ struct SolvedShape {
 // faces and nests them by containment into solids and holes (levels alternate solid, hole,
 // solid); chains left over are the free polylines. Degenerate elements (ends within epsilon, a
 // zero sweep, coordinates that are not finite) are left out.
-SolvedShape SolveElements(const std::vector<LooseElement>& elements, double epsilon);
+SolvedShape SolveElements(const std::vector<LooseElement>& elements, double epsilon,
+                          ResultCleanUp cleanUp = ResultCleanUp::Keep);
 
 enum class ShapeOperation { Union, Difference, Intersection };
 
 // The union, difference (a minus b) or intersection of two shapes, with true arcs. Never null.
 ShapePtr CombineShapes(const ProComplexContour& a, const ProComplexContour& b, ShapeOperation op,
-                       double epsilon);
+                       double epsilon, ResultCleanUp cleanUp = ResultCleanUp::Keep);
 ShapePtr ShapeUnion(const ProComplexContour& a, const ProComplexContour& b, double epsilon);
 ShapePtr ShapeDifference(const ProComplexContour& a, const ProComplexContour& b, double epsilon);
 ShapePtr ShapeIntersection(const ProComplexContour& a, const ProComplexContour& b, double epsilon);
@@ -71,7 +79,8 @@ ShapePtr ShapeIntersection(const ProComplexContour& a, const ProComplexContour& 
 // shape and a single one a copy of it as it stands. Never null.
 ShapePtr ShapeUnion(const std::vector<const ProComplexContour*>& shapes, double epsilon);
 // The shape rebuilt with its overlaps and crossings resolved. Never null.
-ShapePtr NormalizeShape(const ProComplexContour& shape, double epsilon);
+ShapePtr NormalizeShape(const ProComplexContour& shape, double epsilon,
+                        ResultCleanUp cleanUp = ResultCleanUp::Keep);
 
 // A shape of one solid with the given outline and holes, taken as they are (no solving).
 ShapePtr MakeShape(const LAContour& outline, const std::vector<LAContour>& holes = {});

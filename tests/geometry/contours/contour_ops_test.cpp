@@ -48,6 +48,27 @@ TEST(ContourOps, UnionOfAList) {
     EXPECT_EQ(ShapeUnion(std::vector<const ProComplexContour*>{}, eps)->ChildrenCount(), 0u);
 }
 
+// Two rectangles overlapping along a strip: the union's long edges come out split where the
+// operands' corners were. The clean-up leaves the rectangle's four corners (and the closing edge
+// the solver writes), the same area, and nothing at all by default.
+TEST(ContourOps, CleanUpOptionMergesSplitEdgesAndKeepsTheRegion) {
+    const double eps = 1e-7;
+    const ShapePtr a = MakeShape(las_test::RectContour(0, 0, 2, 1)),
+                   b = MakeShape(las_test::RectContour(1, 0, 3, 1));
+    const ShapePtr kept = CombineShapes(*a, *b, ShapeOperation::Union, eps);
+    const ShapePtr clean =
+        CombineShapes(*a, *b, ShapeOperation::Union, eps, ResultCleanUp::Simplify);
+    ASSERT_EQ(kept->ChildrenCount(), 1u);
+    ASSERT_EQ(clean->ChildrenCount(), 1u);
+    EXPECT_GT(kept->SolidChild(0)->size(), 5u);
+    EXPECT_EQ(clean->SolidChild(0)->size(), 5u);
+    EXPECT_NEAR(AreaOf(clean), 3.0, 1e-12);
+    EXPECT_EQ(las_test::CheckTree(clean.get(), eps), "");
+    const ShapePtr renormalized = NormalizeShape(*kept, eps, ResultCleanUp::Simplify);
+    EXPECT_EQ(WriteShapeText(*renormalized), WriteShapeText(*clean));
+    EXPECT_EQ(WriteShapeText(*NormalizeShape(*kept, eps)), WriteShapeText(*kept));
+}
+
 TEST(ContourOps, ShapeTextRoundTripsWithAndWithoutUnit) {
     const ShapePtr shape =
         MakeShape(las_test::RectContour(-2, -1, 4, 5), {las_test::RectContour(0, 1, 1, 2)});
