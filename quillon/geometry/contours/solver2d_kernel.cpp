@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace quillon::las_detail {
 
@@ -289,6 +290,62 @@ void CurveSet::SplitParams(const Curve& k, std::vector<double>& params) {
     params.resize(w);
 }
 
+namespace {
+
+std::uint64_t PointHash(const Point2& p) {
+    std::uint64_t x, y;
+    std::memcpy(&x, &p.x, sizeof x);
+    std::memcpy(&y, &p.y, sizeof y);
+    x *= 0x9E3779B97F4A7C15ull;
+    y = (y ^ (y >> 29)) * 0xBF58476D1CE4E5B9ull;
+    return x ^ (y + (x >> 31));
+}
+// Symmetric, so a reversed curve finds its twin.
+std::uint64_t EndsHash(const Curve& k) { return PointHash(k.a) + PointHash(k.b); }
+
+double Magnitude(const Curve& k) {
+    double m = std::max({std::fabs(k.a.x), std::fabs(k.a.y), std::fabs(k.b.x), std::fabs(k.b.y)});
+    if (k.type == 1) m = std::max({m, std::fabs(k.c.x), std::fabs(k.c.y), k.r});
+    return m;
+}
+
+}  // namespace
+
+void CurveSet::EnsureEnds() {
+    if (endsBuilt) return;
+    endsBuilt = true;
+    ends.reserve(curves.size());
+    for (std::size_t i = 0; i < curves.size(); ++i)
+        ends.emplace_back(EndsHash(curves[i]), static_cast<int>(i));
+    std::sort(ends.begin(), ends.end());
+}
+
+bool CurveSet::HasCurve(const Curve& k) {
+    if (k.IsFullCircle()) return false;
+    EnsureEnds();
+    const std::uint64_t h = EndsHash(k);
+    // Rounding of the points computed along k and of their distances stays far below this.
+    const double noise = 1e-12 * Magnitude(k);
+    for (auto it = std::lower_bound(ends.begin(), ends.end(), std::make_pair(h, -1));
+         it != ends.end() && it->first == h; ++it) {
+        const Curve& j = curves[static_cast<std::size_t>(it->second)];
+        if (j.type != k.type || j.IsFullCircle()) continue;
+        const bool same = j.a.x == k.a.x && j.a.y == k.a.y && j.b.x == k.b.x && j.b.y == k.b.y;
+        const bool reversed = j.a.x == k.b.x && j.a.y == k.b.y && j.b.x == k.a.x && j.b.y == k.a.y;
+        if (!same && !reversed) continue;
+        if (k.type == 0) {
+            if (noise <= eps) return true;
+            continue;
+        }
+        if (j.c.x != k.c.x || j.c.y != k.c.y || j.sweep != (same ? k.sweep : -k.sweep)) continue;
+        // The arc's own end may sit off the place its sweep reaches, and off its circle; points
+        // of k then stray from j by up to twice that gap plus the radii's difference.
+        const double gap = Dist(Rotated(j.c, j.a, j.sweep), j.b);
+        if (2.0 * gap + std::fabs(j.r - k.r) + noise <= eps) return true;
+    }
+    return false;
+}
+
 SideFlags Classify(CurveSet& first, const std::vector<Curve>& second, double eps) {
     SideFlags f;
     const std::size_t n = second.size();
@@ -301,11 +358,23 @@ SideFlags Classify(CurveSet& first, const std::vector<Curve>& second, double eps
         else
             f.out = true;
     };
-    std::vector<char> vOn(n), split(n);
-    for (std::size_t v = 0; v < n; ++v) vOn[v] = first.OnBoundary(second[v].a) ? 1 : 0;
+    std::vector<char> vOn(n), split(n), same(n);
+    for (std::size_t v = 0; v < n; ++v) same[v] = first.HasCurve(second[v]) ? 1 : 0;
+    for (std::size_t v = 0; v < n; ++v) {
+        const Curve& before = second[(v + n - 1) % n];
+        const bool endOfSame =
+            same[(v + n - 1) % n] && before.b.x == second[v].a.x && before.b.y == second[v].a.y;
+        vOn[v] = (same[v] || endOfSame || first.OnBoundary(second[v].a)) ? 1 : 0;
+    }
     std::vector<double> ps;
     for (std::size_t v = 0; v < n && !(f.in && f.out); ++v) {
         const Curve& k = second[v];
+        if (same[v]) {
+            // Both ends and every piece between contacts lie on the boundary; whether it was
+            // split is asked only of edges leading to a vertex off the boundary.
+            f.on = true;
+            continue;
+        }
         first.SplitParams(k, ps);
         split[v] = ps.empty() ? 0 : 1;
         // Pieces between two boundary contacts are judged by their middle; the others take the

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "quillon/geometry/contours/las_box_grid.h"
@@ -69,9 +70,15 @@ public:
     // Contacts of k with the contour's curves, as parameters along k strictly between its ends
     // (points within eps of k's ends are left out), sorted and without repeats.
     void SplitParams(const Curve& k, std::vector<double>& params);
+    // True when the contour holds a curve with k's two end points (in either order) and, for an
+    // arc, k's centre and sweep (negated when reversed), near enough to k that every point of k
+    // lies within eps of it with a wide margin over rounding: then k's ends and every piece of it
+    // lie on the boundary, which the relation tests need not check point by point.
+    bool HasCurve(const Curve& k);
 
 private:
     void EnsureGrid();
+    void EnsureEnds();
 
     std::vector<Curve> curves;
     std::vector<Box> boxes;
@@ -80,6 +87,9 @@ private:
     BoxGrid grid;
     std::vector<int> scratch;
     std::vector<Point2> pts;
+    // (hash of the unordered end points, curve index), sorted; built on the first HasCurve.
+    std::vector<std::pair<std::uint64_t, int>> ends;
+    bool endsBuilt = false;
 };
 
 // How the pieces of `second` lie with respect to the closed contour `first`.
