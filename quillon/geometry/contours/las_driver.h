@@ -129,8 +129,12 @@ public:
                            ProContourFactory* factory) {
         return Solv(a, b, Intersection, factory);
     }
-    // Union of a list, folded from the front, each step on a fresh solver with this epsilon.
-    // Empty list: null. One element: that element itself, not a copy.
+    // Union of a list: neighbours combined pairwise, level by level (n log n rather than the n^2 of
+    // a fold over the growing union), each step on a fresh solver with this epsilon; the region
+    // and its tree of solids and holes are those of folding the list from the front, the order of
+    // the solids may differ, and so may a pinch (a hole meeting its outline at one point), which
+    // comes out as a hole or as an outline passing that point twice as a fold in another order
+    // would give it. Empty list: null. One element: that element itself, not a copy.
     ProComplexContour* Add(const std::vector<ProComplexContour*>& list, ProContourFactory* factory);
     // The shape rebuilt with overlaps and crossings resolved.
     ProComplexContour* Normalize(const ProComplexContour* c, ProContourFactory* factory);
