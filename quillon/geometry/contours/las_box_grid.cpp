@@ -31,8 +31,36 @@ void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     cw = w > 0.0 ? w / nx : 1.0;
     ch = h > 0.0 ? h / ny : 1.0;
     cells.assign(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny), {});
+    packedStart.clear();
+    packedItems.clear();
     stamp.clear();
     query = 0;
+}
+
+void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, double itemSize) {
+    Build(extent, boxes.size(), itemSize);
+    const std::size_t n = cells.size();
+    cells.clear();
+    // Two passes over the boxes: count per cell, then place; ids stay in increasing order per
+    // cell, as insertion in order would leave them.
+    packedStart.assign(n + 1, 0);
+    const auto each = [&](const Box& b, auto&& f) {
+        if (b.Empty()) return;
+        int i0, j0, i1, j1;
+        Range(b, i0, j0, i1, j1);
+        for (int j = j0; j <= j1; ++j)
+            for (int i = i0; i <= i1; ++i)
+                f(static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                  static_cast<std::size_t>(i));
+    };
+    for (const Box& b : boxes) each(b, [&](std::size_t k) { ++packedStart[k + 1]; });
+    for (std::size_t k = 0; k < n; ++k) packedStart[k + 1] += packedStart[k];
+    packedItems.resize(static_cast<std::size_t>(packedStart[n]));
+    std::vector<int> fill(packedStart.begin(), packedStart.end() - 1);
+    for (std::size_t id = 0; id < boxes.size(); ++id)
+        each(boxes[id], [&](std::size_t k) {
+            packedItems[static_cast<std::size_t>(fill[k]++)] = static_cast<int>(id);
+        });
 }
 
 void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
@@ -49,7 +77,7 @@ void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
 }
 
 bool BoxGrid::Insert(int id, const Box& b) {
-    if (!Valid() || b.Empty()) return false;
+    if (cells.empty() || b.Empty()) return false;
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -61,7 +89,7 @@ bool BoxGrid::Insert(int id, const Box& b) {
 }
 
 void BoxGrid::Remove(int id, const Box& b) {
-    if (!Valid() || b.Empty()) return;
+    if (cells.empty() || b.Empty()) return;
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -85,16 +113,24 @@ void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     }
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
+    const auto take = [&](int id) {
+        const std::size_t k = static_cast<std::size_t>(id);
+        if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
+        if (stamp[k] == query) return;
+        stamp[k] = query;
+        out.push_back(id);
+    };
     for (int j = j0; j <= j1; ++j)
-        for (int i = i0; i <= i1; ++i)
-            for (int id : cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
-                                static_cast<std::size_t>(i)]) {
-                const std::size_t k = static_cast<std::size_t>(id);
-                if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
-                if (stamp[k] == query) continue;
-                stamp[k] = query;
-                out.push_back(id);
+        for (int i = i0; i <= i1; ++i) {
+            const std::size_t c = static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                                  static_cast<std::size_t>(i);
+            if (!packedStart.empty()) {
+                for (int at = packedStart[c]; at < packedStart[c + 1]; ++at)
+                    take(packedItems[static_cast<std::size_t>(at)]);
+            } else {
+                for (int id : cells[c]) take(id);
             }
+        }
 }
 
 }  // namespace quillon::las_index

@@ -213,6 +213,9 @@ private:
     std::uint64_t serialCounter = 0;
     std::uint64_t walkCounter = 0;
     std::uint64_t splitBudget = 0;
+    std::vector<int> splitIds;
+    std::vector<LAS_Element*> splitLater;
+    std::vector<Point2> splitPoints;
 
     // Input contours prepared once for the many relation tests of SetBaseContourState.
     mutable std::unordered_map<const LAContour*, Solver2d::PreparedContour> prepared;

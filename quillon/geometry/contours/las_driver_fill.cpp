@@ -312,10 +312,11 @@ int LAS_Solver::SplitEdge(int i) {
     LAS_Element* e = GetElement(i);
     if (e == nullptr) return 1;
     EnsureElementGrid();
-    std::vector<int> ids;
+    // Scratch lists kept across calls: a split pass asks once per element.
+    std::vector<int>& ids = splitIds;
     elementGrid.Query(e->box, ids);
-    std::vector<LAS_Element*> later;
-    later.reserve(ids.size());
+    std::vector<LAS_Element*>& later = splitLater;
+    later.clear();
     for (int id : ids) {
         LAS_Element* f = gridIds[static_cast<std::size_t>(id)];
         if (f != nullptr && f->serial > e->serial && e->box.Overlaps(f->box)) later.push_back(f);
@@ -324,8 +325,7 @@ int LAS_Solver::SplitEdge(int i) {
     // stay apart have no contact to report.
     std::sort(later.begin(), later.end(),
               [](const LAS_Element* a, const LAS_Element* b) { return a->serial < b->serial; });
-    std::vector<Point2> pts;
-    pts.reserve(4);
+    std::vector<Point2>& pts = splitPoints;
     for (LAS_Element* f : later) {
         e->Cross(f, pts, 4);
         for (const Point2& p : pts) {

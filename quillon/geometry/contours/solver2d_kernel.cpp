@@ -240,9 +240,8 @@ void CurveSet::EnsureGrid() {
     if (grid.Valid()) return;
     double size = 0.0;
     for (const Box& b : boxes) size += (b.x1 - b.x0) + (b.y1 - b.y0);
-    grid.Build(bounds, curves.size(),
-               curves.empty() ? 0.0 : size / (2.0 * static_cast<double>(curves.size())));
-    for (std::size_t i = 0; i < curves.size(); ++i) grid.Insert(static_cast<int>(i), boxes[i]);
+    grid.BuildPacked(bounds, boxes,
+                     curves.empty() ? 0.0 : size / (2.0 * static_cast<double>(curves.size())));
 }
 
 bool CurveSet::OnBoundary(const Point2& p) {
