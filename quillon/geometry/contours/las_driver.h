@@ -206,7 +206,10 @@ private:
         std::size_t operator()(std::uint64_t k) const { return std::hash<std::uint64_t>()(k); }
     };
     double cellSize = 1.0;
-    std::unordered_map<std::uint64_t, std::vector<int>, CellHash> nodeCells;
+    // Nodes by cell: the last node registered in the cell, and per node the one registered
+    // before it in the same cell (-1 ends the chain), so a cell needs no list of its own.
+    std::unordered_map<std::uint64_t, int, CellHash> nodeCells;
+    std::vector<int> nodeChain;
     std::unordered_map<std::uint64_t, std::vector<LAS_Element*>, CellHash> elementsByEnds;
     las_index::BoxGrid elementGrid;
     std::vector<LAS_Element*> gridIds;  // element by grid id (null once deleted)
@@ -223,7 +226,7 @@ private:
     // Whether the prepared contour lies inside `outer` (relation 0).
     bool Inside(const LAContour* outer, const Solver2d::PreparedContour& inner) const;
 
-    std::uint64_t CellKey(const Point2& p, int dx, int dy) const;
+    static std::uint64_t CellKey(std::int64_t cx, std::int64_t cy);
     static std::uint64_t EndsKey(int a, int b);
 };
 

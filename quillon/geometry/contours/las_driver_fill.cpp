@@ -40,8 +40,9 @@ LAS_Solver::LAS_Solver(double epsilon) : solver2d(epsilon) {
     sortedNodes.reserve(20);
     baseContours.reserve(20);
     const double e = solver2d.GetEpsilon();
-    // A cell at least as wide as epsilon keeps every point within epsilon in the 3 x 3 block.
-    cellSize = e > 0.0 ? e * (1.0 + 1e-9) : 1e-12;
+    // A cell at least as wide as epsilon keeps every point within epsilon in the 3 x 3 block; at
+    // eight times that, most look-ups stay inside one cell.
+    cellSize = e > 0.0 ? 8.0 * e * (1.0 + 1e-9) : 1e-12;
 }
 
 LAS_Solver::~LAS_Solver() = default;
@@ -104,9 +105,9 @@ void LAS_Solver::AddBaseContour(LAS_Contour* c) {
 
 // ---- Indexes ----------------------------------------------------------------------------------
 
-std::uint64_t LAS_Solver::CellKey(const Point2& p, int dx, int dy) const {
-    const std::uint64_t x = static_cast<std::uint64_t>(CellCoordinate(p.x, cellSize) + dx);
-    const std::uint64_t y = static_cast<std::uint64_t>(CellCoordinate(p.y, cellSize) + dy);
+std::uint64_t LAS_Solver::CellKey(std::int64_t cx, std::int64_t cy) {
+    const std::uint64_t x = static_cast<std::uint64_t>(cx);
+    const std::uint64_t y = static_cast<std::uint64_t>(cy);
     return x * 0x9E3779B97F4A7C15ull ^ (y + 0x632BE59BD9B4E019ull + (x << 6) + (x >> 2));
 }
 
@@ -117,16 +118,31 @@ std::uint64_t LAS_Solver::EndsKey(int a, int b) {
 }
 
 void LAS_Solver::RegisterNode(int index) {
-    nodeCells[CellKey(GetPoint(index), 0, 0)].push_back(index);
+    const Point2 p = GetPoint(index);
+    const std::uint64_t key = CellKey(CellCoordinate(p.x, cellSize), CellCoordinate(p.y, cellSize));
+    const auto [it, fresh] = nodeCells.try_emplace(key, index);
+    const auto k = static_cast<std::size_t>(index);
+    if (nodeChain.size() <= k) nodeChain.resize(k + 1, -1);
+    nodeChain[k] = fresh ? -1 : it->second;
+    it->second = index;
 }
 
 int LAS_Solver::FindNode(const Point2& p) {
+    const std::int64_t cx = CellCoordinate(p.x, cellSize), cy = CellCoordinate(p.y, cellSize);
+    // A neighbouring column (row) of cells is searched only when a point within epsilon of p can
+    // lie in it: the margin beyond epsilon covers the rounding of the distance and of p -/+ it.
+    const double e = solver2d.GetEpsilon() * (1.0 + 1e-12);
+    const double mx = e + 4e-15 * std::fabs(p.x), my = e + 4e-15 * std::fabs(p.y);
+    const int dx0 = CellCoordinate(p.x - mx, cellSize) < cx ? -1 : 0;
+    const int dx1 = CellCoordinate(p.x + mx, cellSize) > cx ? 1 : 0;
+    const int dy0 = CellCoordinate(p.y - my, cellSize) < cy ? -1 : 0;
+    const int dy1 = CellCoordinate(p.y + my, cellSize) > cy ? 1 : 0;
     int best = -1;
-    for (int dy = -1; dy <= 1; ++dy)
-        for (int dx = -1; dx <= 1; ++dx) {
-            const auto it = nodeCells.find(CellKey(p, dx, dy));
+    for (int dy = dy0; dy <= dy1; ++dy)
+        for (int dx = dx0; dx <= dx1; ++dx) {
+            const auto it = nodeCells.find(CellKey(cx + dx, cy + dy));
             if (it == nodeCells.end()) continue;
-            for (int i : it->second)
+            for (int i = it->second; i >= 0; i = nodeChain[static_cast<std::size_t>(i)])
                 if ((best < 0 || i < best) && solver2d.AreEqual(GetPoint(i), p)) best = i;
         }
     return best;
@@ -144,6 +160,7 @@ LAS_Element* LAS_Solver::FindEqualArc(const LAS_Arc& a) {
 
 void LAS_Solver::RebuildIndexes() {
     nodeCells.clear();
+    nodeChain.assign(nodes.size(), -1);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         nodes[i]->index = static_cast<int>(i);
         RegisterNode(static_cast<int>(i));
