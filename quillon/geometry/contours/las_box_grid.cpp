@@ -30,6 +30,8 @@ void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     }
     cw = w > 0.0 ? w / nx : 1.0;
     ch = h > 0.0 ? h / ny : 1.0;
+    icw = 1.0 / cw;
+    ich = 1.0 / ch;
     cells.assign(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny), {});
     packedStart.clear();
     packedItems.clear();
@@ -64,16 +66,19 @@ void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, doub
 }
 
 void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
-    const auto cell = [](double v, double origin, double size, int n) {
-        const double f = std::floor((v - origin) / size);
+    // Any mapping that never decreases along an axis serves, as long as inserting and asking use
+    // the same one: overlapping boxes then share a cell. A product with the inverse cell size and
+    // truncation (the floor for the non-negative values it is taken of) are cheap.
+    const auto cell = [](double v, double origin, double inverse, int n) {
+        const double f = (v - origin) * inverse;
         if (!(f >= 0.0)) return 0;  // below the extent, or not a number
         if (f >= n - 1) return n - 1;
         return static_cast<int>(f);
     };
-    i0 = cell(b.x0, ext.x0, cw, nx);
-    i1 = cell(b.x1, ext.x0, cw, nx);
-    j0 = cell(b.y0, ext.y0, ch, ny);
-    j1 = cell(b.y1, ext.y0, ch, ny);
+    i0 = cell(b.x0, ext.x0, icw, nx);
+    i1 = cell(b.x1, ext.x0, icw, nx);
+    j0 = cell(b.y0, ext.y0, ich, ny);
+    j1 = cell(b.y1, ext.y0, ich, ny);
 }
 
 bool BoxGrid::Insert(int id, const Box& b) {

@@ -66,6 +66,7 @@ private:
     Box ext;
     int nx = 0, ny = 0;
     double cw = 1.0, ch = 1.0;
+    double icw = 1.0, ich = 1.0;  // inverse cell sizes
     std::vector<std::vector<int>> cells;
     // Packed form: the ids of cell k are packedItems[packedStart[k] .. packedStart[k + 1]).
     std::vector<int> packedStart;

@@ -157,6 +157,8 @@ public:
     int GetSectorsInContour(const ProComplexContour* c, const Sector2& s,
                             std::vector<Sector2>& out);
 
+    // Internal: the next element with the same two end nodes (see elementsByEnds).
+    static LAS_Element* NextSameEnds(const LAS_Element* e) { return e->sameEnds; }
     // Internal: walk ids and the base list, used by the graph classes.
     std::uint64_t NextWalkId() { return ++walkCounter; }
     void AddBaseContour(LAS_Contour* c);
@@ -185,6 +187,7 @@ private:
     int Enlist(std::unique_ptr<LAS_Element> e);
     bool SplitElementAt(LAS_Element* e, const Point2& p);
     void RegisterNode(int index);
+    void ChainByEnds(LAS_Element* e);
     void RebuildIndexes();
     void EnsureElementGrid();
     int AddLineOnlyHalf(const Point2& a, const Point2& b, double level, bool top,
@@ -210,7 +213,9 @@ private:
     // before it in the same cell (-1 ends the chain), so a cell needs no list of its own.
     std::unordered_map<std::uint64_t, int, CellHash> nodeCells;
     std::vector<int> nodeChain;
-    std::unordered_map<std::uint64_t, std::vector<LAS_Element*>, CellHash> elementsByEnds;
+    // Elements by their two end nodes: the first listed, the rest chained through the elements
+    // in list order.
+    std::unordered_map<std::uint64_t, LAS_Element*, CellHash> elementsByEnds;
     las_index::BoxGrid elementGrid;
     std::vector<LAS_Element*> gridIds;  // element by grid id (null once deleted)
     std::uint64_t serialCounter = 0;

@@ -24,10 +24,10 @@ std::int64_t CellCoordinate(double v, double size) {
     return static_cast<std::int64_t>(f);
 }
 
-// The first element of the list of the same type as x and equal to it, or null.
+// The first element of the chain of the same type as x and equal to it, or null.
 template <typename Kind>
-LAS_Element* FirstEqual(const std::vector<LAS_Element*>& list, const Kind& x) {
-    for (LAS_Element* e : list)
+LAS_Element* FirstEqual(LAS_Element* chain, const Kind& x) {
+    for (LAS_Element* e = chain; e != nullptr; e = LAS_Solver::NextSameEnds(e))
         if (e->GetType() == x.GetType() && *static_cast<const Kind*>(e) == x) return e;
     return nullptr;
 }
@@ -166,8 +166,7 @@ void LAS_Solver::RebuildIndexes() {
         RegisterNode(static_cast<int>(i));
     }
     elementsByEnds.clear();
-    for (const auto& e : elements)
-        elementsByEnds[EndsKey(e->GetBegin(), e->GetEnd())].push_back(e.get());
+    for (const auto& e : elements) ChainByEnds(e.get());
     elementGrid.Clear();
 }
 
@@ -188,6 +187,16 @@ void LAS_Solver::EnsureElementGrid() {
 
 // ---- Filling ----------------------------------------------------------------------------------
 
+void LAS_Solver::ChainByEnds(LAS_Element* e) {
+    // Appended at the end of its chain, so each chain keeps the list order.
+    e->sameEnds = nullptr;
+    const auto [it, fresh] = elementsByEnds.try_emplace(EndsKey(e->GetBegin(), e->GetEnd()), e);
+    if (fresh) return;
+    LAS_Element* last = it->second;
+    while (last->sameEnds != nullptr) last = last->sameEnds;
+    last->sameEnds = e;
+}
+
 int LAS_Solver::AddPoint(const Point2& p) {
     if (!Finite(p)) return -1;
     const int found = FindNode(p);
@@ -206,7 +215,7 @@ int LAS_Solver::Enlist(std::unique_ptr<LAS_Element> e) {
     GetNode(raw->GetBegin())->ConnectElement(raw);
     GetNode(raw->GetEnd())->ConnectElement(raw);
     elements.push_back(std::move(e));
-    elementsByEnds[EndsKey(raw->GetBegin(), raw->GetEnd())].push_back(raw);
+    ChainByEnds(raw);
     if (elementGrid.Valid()) {
         gridIds.resize(static_cast<std::size_t>(serialCounter) + 1, nullptr);
         gridIds[static_cast<std::size_t>(raw->serial)] = raw;
@@ -287,9 +296,11 @@ void LAS_Solver::DeleteElement(LAS_Element* e) {
     if (LAS_NodeInfo* n = GetNode(e->GetEnd())) n->DisconnectElement(e);
     const auto it = elementsByEnds.find(EndsKey(e->GetBegin(), e->GetEnd()));
     if (it != elementsByEnds.end()) {
-        auto& list = it->second;
-        list.erase(std::find(list.begin(), list.end(), e));
-        if (list.empty()) elementsByEnds.erase(it);
+        LAS_Element** link = &it->second;
+        while (*link != nullptr && *link != e) link = &(*link)->sameEnds;
+        if (*link == e) *link = e->sameEnds;
+        e->sameEnds = nullptr;
+        if (it->second == nullptr) elementsByEnds.erase(it);
     }
     if (elementGrid.Valid()) {
         elementGrid.Remove(static_cast<int>(e->serial), e->box);
