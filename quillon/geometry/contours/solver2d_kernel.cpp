@@ -299,8 +299,14 @@ std::uint64_t PointHash(const Point2& p) {
     y = (y ^ (y >> 29)) * 0xBF58476D1CE4E5B9ull;
     return x ^ (y + (x >> 31));
 }
-// Symmetric, so a reversed curve finds its twin.
-std::uint64_t EndsHash(const Curve& k) { return PointHash(k.a) + PointHash(k.b); }
+// Symmetric, so a reversed curve finds its twin; the high bits are folded into the low ones that
+// pick the slot (round coordinates leave the low bits of their products empty).
+std::uint64_t EndsHash(const Curve& k) {
+    std::uint64_t h = PointHash(k.a) + PointHash(k.b);
+    h ^= h >> 32;
+    h *= 0xD6E8FEB86659FD93ull;
+    return h ^ (h >> 29);
+}
 
 double Magnitude(const Curve& k) {
     double m = std::max({std::fabs(k.a.x), std::fabs(k.a.y), std::fabs(k.b.x), std::fabs(k.b.y)});
@@ -313,21 +319,26 @@ double Magnitude(const Curve& k) {
 void CurveSet::EnsureEnds() {
     if (endsBuilt) return;
     endsBuilt = true;
-    ends.reserve(curves.size());
-    for (std::size_t i = 0; i < curves.size(); ++i)
-        ends.emplace_back(EndsHash(curves[i]), static_cast<int>(i));
-    std::sort(ends.begin(), ends.end());
+    // Open addressing over a power-of-two table at most half full; a slot holds index + 1.
+    std::size_t size = 16;
+    while (size < 2 * curves.size()) size *= 2;
+    ends.assign(size, 0);
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        std::size_t at = static_cast<std::size_t>(EndsHash(curves[i])) & (size - 1);
+        while (ends[at] != 0) at = (at + 1) & (size - 1);
+        ends[at] = static_cast<int>(i) + 1;
+    }
 }
 
 bool CurveSet::HasCurve(const Curve& k) {
     if (k.IsFullCircle()) return false;
     EnsureEnds();
-    const std::uint64_t h = EndsHash(k);
     // Rounding of the points computed along k and of their distances stays far below this.
     const double noise = 1e-12 * Magnitude(k);
-    for (auto it = std::lower_bound(ends.begin(), ends.end(), std::make_pair(h, -1));
-         it != ends.end() && it->first == h; ++it) {
-        const Curve& j = curves[static_cast<std::size_t>(it->second)];
+    const std::size_t mask = ends.size() - 1;
+    for (std::size_t at = static_cast<std::size_t>(EndsHash(k)) & mask; ends[at] != 0;
+         at = (at + 1) & mask) {
+        const Curve& j = curves[static_cast<std::size_t>(ends[at] - 1)];
         if (j.type != k.type || j.IsFullCircle()) continue;
         const bool same = j.a.x == k.a.x && j.a.y == k.a.y && j.b.x == k.b.x && j.b.y == k.b.y;
         const bool reversed = j.a.x == k.b.x && j.a.y == k.b.y && j.b.x == k.a.x && j.b.y == k.a.y;

@@ -11,7 +11,6 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include "quillon/geometry/contours/las_box_grid.h"
@@ -87,8 +86,9 @@ private:
     BoxGrid grid;
     std::vector<int> scratch;
     std::vector<Point2> pts;
-    // (hash of the unordered end points, curve index), sorted; built on the first HasCurve.
-    std::vector<std::pair<std::uint64_t, int>> ends;
+    // Curves by their unordered end points (hash table of index + 1, 0 for an empty slot);
+    // built on the first HasCurve.
+    std::vector<int> ends;
     bool endsBuilt = false;
 };
 
