@@ -84,7 +84,9 @@ void LAS_Solver::SetBaseContourState(const ProComplexContour* a, const ProComple
     for (const auto& c : baseContours) {
         const LAContour l = c->GetContour();
         const int inA = IsContourInComplexContour(&l, a);
-        const int inB = b != nullptr ? IsContourInComplexContour(&l, b) : 0;
+        // The test has no side effects: b is asked only when its answer can change the state.
+        const bool needB = b != nullptr && (op == Union ? !inA : inA != 0);
+        const int inB = needB ? IsContourInComplexContour(&l, b) : 0;
         int state = 0;
         switch (op) {
             case Union:
