@@ -91,6 +91,18 @@ double Distance(const Curve& k, const Point2& p) {
     return std::min(Dist(p, k.a), Dist(p, k.b));
 }
 
+bool Near(const Curve& k, const Point2& p, double eps) {
+    if (k.type == 1 && !k.IsFullCircle()) {
+        // The distance to an arc is at least the gap to its circle (through a) or, beyond its
+        // ends, the gap to the circle through b; a clear margin over rounding leaves the angle
+        // of p (the dear part) uncomputed when both gaps exceed eps.
+        const double d = Dist(p, k.c);
+        const double gap = std::min(std::fabs(d - k.r), std::fabs(d - Dist(k.b, k.c)));
+        if (gap > eps * (1.0 + 1e-9) + 1e-14 * (d + k.r)) return false;
+    }
+    return Distance(k, p) <= eps;
+}
+
 Box CurveBox(const Curve& k) {
     Box b;
     b.Add(k.a);
@@ -140,8 +152,8 @@ void CircleCross(const Point2& c1, double r1, const Point2& c2, double r2, doubl
 void CrossCurves(const Curve& p, const Curve& q, double eps, std::vector<Point2>& out) {
     out.clear();
     const auto endsOn = [&](const Curve& k, const Curve& other) {
-        if (Distance(other, k.a) <= eps) AddUnique(out, k.a, eps);
-        if (Distance(other, k.b) <= eps) AddUnique(out, k.b, eps);
+        if (Near(other, k.a, eps)) AddUnique(out, k.a, eps);
+        if (Near(other, k.b, eps)) AddUnique(out, k.b, eps);
     };
     endsOn(p, q);
     endsOn(q, p);
@@ -177,7 +189,7 @@ void CrossCurves(const Curve& p, const Curve& q, double eps, std::vector<Point2>
         }
     }
     for (const Point2& x : cand)
-        if (Distance(p, x) <= eps && Distance(q, x) <= eps) AddUnique(out, x, eps);
+        if (Near(p, x, eps) && Near(q, x, eps)) AddUnique(out, x, eps);
 }
 
 double WindingAngle(const Curve& k, const Point2& p) {
@@ -252,7 +264,7 @@ bool CurveSet::OnBoundary(const Point2& p) {
     for (int id : scratch) {
         const Box& cb = boxes[static_cast<std::size_t>(id)];
         if (p.x < cb.x0 || p.x > cb.x1 || p.y < cb.y0 || p.y > cb.y1) continue;
-        if (Distance(curves[static_cast<std::size_t>(id)], p) <= eps) return true;
+        if (Near(curves[static_cast<std::size_t>(id)], p, eps)) return true;
     }
     return false;
 }

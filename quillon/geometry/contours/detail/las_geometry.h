@@ -31,6 +31,8 @@ Point2 CurvePoint(const Curve& k, double t);
 double CurveParam(const Curve& k, const Point2& p);
 Point2 CurveMid(const Curve& k);
 double Distance(const Curve& k, const Point2& p);
+// Distance(k, p) <= eps, answered without the angle of p where p lies clearly off an arc.
+bool Near(const Curve& k, const Point2& p, double eps);
 Box CurveBox(const Curve& k);
 
 // Crossing points of two circles: none, one (tangent within eps) or two; concentric circles have
