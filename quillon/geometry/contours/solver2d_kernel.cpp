@@ -281,9 +281,9 @@ int CurveSet::Winding(const Point2& p) const {
 void CurveSet::SplitParams(const Curve& k, std::vector<double>& params) {
     params.clear();
     EnsureGrid();
-    grid.Query(CurveBox(k).Grown(2.0 * eps), scratch);
-    std::sort(scratch.begin(), scratch.end());
     const Box kb = CurveBox(k).Grown(2.0 * eps);
+    grid.Query(kb, scratch);
+    std::sort(scratch.begin(), scratch.end());
     for (int id : scratch) {
         if (!kb.Overlaps(boxes[static_cast<std::size_t>(id)])) continue;
         CrossCurves(k, curves[static_cast<std::size_t>(id)], eps, pts);
