@@ -75,8 +75,8 @@ ShapePtr CombineShapes(const ProComplexContour& a, const ProComplexContour& b, S
 ShapePtr ShapeUnion(const ProComplexContour& a, const ProComplexContour& b, double epsilon);
 ShapePtr ShapeDifference(const ProComplexContour& a, const ProComplexContour& b, double epsilon);
 ShapePtr ShapeIntersection(const ProComplexContour& a, const ProComplexContour& b, double epsilon);
-// The union of a list, folded from the front. Null entries are skipped; no shape gives an empty
-// shape and a single one a copy of it as it stands. Never null.
+// The union of a list (neighbours combined pairwise). Null entries are skipped; no shape gives an
+// empty shape and a single one a copy of it as it stands. Never null.
 ShapePtr ShapeUnion(const std::vector<const ProComplexContour*>& shapes, double epsilon);
 // The shape rebuilt with its overlaps and crossings resolved. Never null.
 ShapePtr NormalizeShape(const ProComplexContour& shape, double epsilon,

@@ -30,26 +30,59 @@ void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     }
     cw = w > 0.0 ? w / nx : 1.0;
     ch = h > 0.0 ? h / ny : 1.0;
+    icw = 1.0 / cw;
+    ich = 1.0 / ch;
     cells.assign(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny), {});
+    packedStart.clear();
+    packedItems.clear();
     stamp.clear();
     query = 0;
 }
 
+void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, double itemSize) {
+    Build(extent, boxes.size(), itemSize);
+    const std::size_t n = cells.size();
+    cells.clear();
+    // Two passes over the boxes: count per cell, then place; ids stay in increasing order per
+    // cell, as insertion in order would leave them.
+    packedStart.assign(n + 1, 0);
+    const auto each = [&](const Box& b, auto&& f) {
+        if (b.Empty()) return;
+        int i0, j0, i1, j1;
+        Range(b, i0, j0, i1, j1);
+        for (int j = j0; j <= j1; ++j)
+            for (int i = i0; i <= i1; ++i)
+                f(static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                  static_cast<std::size_t>(i));
+    };
+    for (const Box& b : boxes) each(b, [&](std::size_t k) { ++packedStart[k + 1]; });
+    for (std::size_t k = 0; k < n; ++k) packedStart[k + 1] += packedStart[k];
+    packedItems.resize(static_cast<std::size_t>(packedStart[n]));
+    std::vector<int> fill(packedStart.begin(), packedStart.end() - 1);
+    for (std::size_t id = 0; id < boxes.size(); ++id)
+        each(boxes[id], [&](std::size_t k) {
+            packedItems[static_cast<std::size_t>(fill[k]++)] = static_cast<int>(id);
+        });
+}
+
 void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
-    const auto cell = [](double v, double origin, double size, int n) {
-        const double f = std::floor((v - origin) / size);
+    // Any mapping that never decreases along an axis serves, as long as inserting and asking use
+    // the same one: overlapping boxes then share a cell. A product with the inverse cell size and
+    // truncation (the floor for the non-negative values it is taken of) are cheap.
+    const auto cell = [](double v, double origin, double inverse, int n) {
+        const double f = (v - origin) * inverse;
         if (!(f >= 0.0)) return 0;  // below the extent, or not a number
         if (f >= n - 1) return n - 1;
         return static_cast<int>(f);
     };
-    i0 = cell(b.x0, ext.x0, cw, nx);
-    i1 = cell(b.x1, ext.x0, cw, nx);
-    j0 = cell(b.y0, ext.y0, ch, ny);
-    j1 = cell(b.y1, ext.y0, ch, ny);
+    i0 = cell(b.x0, ext.x0, icw, nx);
+    i1 = cell(b.x1, ext.x0, icw, nx);
+    j0 = cell(b.y0, ext.y0, ich, ny);
+    j1 = cell(b.y1, ext.y0, ich, ny);
 }
 
 bool BoxGrid::Insert(int id, const Box& b) {
-    if (!Valid() || b.Empty()) return false;
+    if (cells.empty() || b.Empty()) return false;
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -61,7 +94,7 @@ bool BoxGrid::Insert(int id, const Box& b) {
 }
 
 void BoxGrid::Remove(int id, const Box& b) {
-    if (!Valid() || b.Empty()) return;
+    if (cells.empty() || b.Empty()) return;
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -85,16 +118,24 @@ void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     }
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
+    const auto take = [&](int id) {
+        const std::size_t k = static_cast<std::size_t>(id);
+        if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
+        if (stamp[k] == query) return;
+        stamp[k] = query;
+        out.push_back(id);
+    };
     for (int j = j0; j <= j1; ++j)
-        for (int i = i0; i <= i1; ++i)
-            for (int id : cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
-                                static_cast<std::size_t>(i)]) {
-                const std::size_t k = static_cast<std::size_t>(id);
-                if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
-                if (stamp[k] == query) continue;
-                stamp[k] = query;
-                out.push_back(id);
+        for (int i = i0; i <= i1; ++i) {
+            const std::size_t c = static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                                  static_cast<std::size_t>(i);
+            if (!packedStart.empty()) {
+                for (int at = packedStart[c]; at < packedStart[c + 1]; ++at)
+                    take(packedItems[static_cast<std::size_t>(at)]);
+            } else {
+                for (int id : cells[c]) take(id);
             }
+        }
 }
 
 }  // namespace quillon::las_index

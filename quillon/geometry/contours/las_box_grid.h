@@ -45,9 +45,14 @@ class BoxGrid {
 public:
     // itemSize: the typical width of an item's box (0 when unknown).
     void Build(const Box& extent, std::size_t expected, double itemSize = 0.0);
-    bool Valid() const { return !cells.empty(); }
+    // Builds the grid over a fixed set of items, id = position in `boxes`, packed into one array
+    // (no list per cell); Insert and Remove must not be used on it afterwards.
+    void BuildPacked(const Box& extent, const std::vector<Box>& boxes, double itemSize = 0.0);
+    bool Valid() const { return !cells.empty() || !packedStart.empty(); }
     void Clear() {
         cells.clear();
+        packedStart.clear();
+        packedItems.clear();
         stamp.clear();
     }
     // False when the box is not inside the extent (the item is then not registered).
@@ -61,7 +66,11 @@ private:
     Box ext;
     int nx = 0, ny = 0;
     double cw = 1.0, ch = 1.0;
+    double icw = 1.0, ich = 1.0;  // inverse cell sizes
     std::vector<std::vector<int>> cells;
+    // Packed form: the ids of cell k are packedItems[packedStart[k] .. packedStart[k + 1]).
+    std::vector<int> packedStart;
+    std::vector<int> packedItems;
     std::vector<std::uint32_t> stamp;  // per id: last query that returned it
     std::uint32_t query = 0;
 };

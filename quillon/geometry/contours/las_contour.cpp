@@ -1,6 +1,7 @@
 #include "quillon/geometry/contours/las_contour.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <unordered_set>
 
@@ -54,11 +55,31 @@ int LAS_Contour::IsEdgeInContour(const LAS_Element* e) const {
     return it == elements.end() ? -1 : static_cast<int>(it - elements.begin());
 }
 
+namespace {
+
+// The elements two contours share, sorted by address for binary search.
+std::vector<const LAS_Element*> SharedElements(const std::vector<LAS_Element*>& a,
+                                               const std::vector<LAS_Element*>& b) {
+    std::vector<const LAS_Element*> x(a.begin(), a.end()), y(b.begin(), b.end()), out;
+    std::sort(x.begin(), x.end());
+    std::sort(y.begin(), y.end());
+    std::set_intersection(x.begin(), x.end(), y.begin(), y.end(), std::back_inserter(out));
+    out.erase(std::unique(out.begin(), out.end()), out.end());
+    return out;
+}
+
+}  // namespace
+
 LAS_Contour* LAS_Contour::MergeFromNode(LAS_Contour* other, int first) {
     if (other == nullptr || first < 0 || first >= GetCount()) return nullptr;
-    std::unordered_set<const LAS_Element*> inOther(other->elements.begin(), other->elements.end());
-    std::unordered_set<const LAS_Element*> inThis(elements.begin(), elements.end());
-    const auto shared = [&](const LAS_Element* e) { return inOther.count(e) && inThis.count(e); };
+    return MergeWalk(other, first, SharedElements(elements, other->elements));
+}
+
+LAS_Contour* LAS_Contour::MergeWalk(LAS_Contour* other, int first,
+                                    const std::vector<const LAS_Element*>& sharedList) {
+    const auto shared = [&](const LAS_Element* e) {
+        return std::binary_search(sharedList.begin(), sharedList.end(), e);
+    };
 
     auto merged = std::make_unique<LAS_Contour>(solver);
     const LAS_Contour* cur = this;
@@ -106,14 +127,17 @@ bool LAS_Contour::IsValidSum(LAS_Contour* sum, LAS_Contour* other) {
 
 LAS_Contour* LAS_Contour::Merge(LAS_Contour* other) {
     if (!IsNeighbour(other)) return nullptr;
+    // Worked out once for every walk tried: an element of one contour is in the other exactly
+    // when the two share it.
+    const std::vector<const LAS_Element*> sharedList = SharedElements(elements, other->elements);
     const auto attempt = [&](LAS_Contour* from, LAS_Contour* to) -> LAS_Contour* {
-        std::unordered_set<const LAS_Element*> inTo(to->elements.begin(), to->elements.end());
         // Elements already walked by a refused simple cycle would trace it again.
         std::unordered_set<const LAS_Element*> tried;
         for (int k = 0; k < from->GetCount(); ++k) {
             const LAS_Element* e = from->elements[static_cast<std::size_t>(k)];
-            if (inTo.count(e) || tried.count(e)) continue;
-            std::unique_ptr<LAS_Contour> m(from->MergeFromNode(to, k));
+            if (std::binary_search(sharedList.begin(), sharedList.end(), e) || tried.count(e))
+                continue;
+            std::unique_ptr<LAS_Contour> m(from->MergeWalk(to, k, sharedList));
             if (!m) continue;
             if (IsValidSum(m.get(), other)) return m.release();
             std::unordered_set<const LAS_NodeInfo*> seen(m->nodes.begin(), m->nodes.end());

@@ -45,6 +45,10 @@ public:
     bool IsValidSum(LAS_Contour* sum, LAS_Contour* other);
 
 private:
+    // MergeFromNode with the elements the two share given (sorted by address).
+    LAS_Contour* MergeWalk(LAS_Contour* other, int first,
+                           const std::vector<const LAS_Element*>& sharedList);
+
     LAS_Solver* solver;
     std::vector<LAS_Element*> elements;
     std::vector<LAS_NodeInfo*> nodes;

@@ -15,6 +15,14 @@ LAS_CSNode::LAS_CSNode(LAS_Contour* c, LAS_Solver* owner) : contour(c), solver(o
 
 int LAS_CSNode::GetState() const { return contour != nullptr ? contour->GetState() : 0; }
 
+Solver2d::PreparedContour& LAS_CSNode::Prepared(const Solver2d& rel) {
+    if (!preparedMade) {
+        prepared = rel.Prepare(geometry);
+        preparedMade = true;
+    }
+    return prepared;
+}
+
 void LAS_CSNode::SortAdd(LAS_Contour* c) {
     const Solver2d& rel = solver->GetSolver2D();
     auto node = std::make_unique<LAS_CSNode>(c, solver);
@@ -23,7 +31,7 @@ void LAS_CSNode::SortAdd(LAS_Contour* c) {
     for (;;) {
         LAS_CSNode* inside = nullptr;
         for (LAS_CSNode* x : at->children)
-            if (rel.GetRelation(&x->geometry, &node->geometry) == Solver2d::Inside) {
+            if (rel.GetRelation(x->Prepared(rel), node->geometry) == Solver2d::Inside) {
                 inside = x;
                 break;
             }
@@ -33,7 +41,8 @@ void LAS_CSNode::SortAdd(LAS_Contour* c) {
     LAS_CSNode* fresh = node.release();
     for (std::size_t i = at->children.size(); i-- > 0;) {
         LAS_CSNode* x = at->children[i];
-        if (rel.GetRelation(&fresh->geometry, &x->geometry) == Solver2d::Inside) fresh->Attach(x);
+        if (rel.GetRelation(fresh->Prepared(rel), x->geometry) == Solver2d::Inside)
+            fresh->Attach(x);
     }
     at->Attach(fresh);
 }

@@ -9,6 +9,7 @@
 
 #include "quillon/geometry/contours/las_tree_node.h"
 #include "quillon/geometry/contours/pro_contour.h"
+#include "quillon/geometry/contours/solver2d.h"
 #include "quillon/geometry/plane/la_contour.h"
 
 namespace quillon {
@@ -34,9 +35,15 @@ public:
                              ProSolidContour* solid) const;
 
 private:
+    // The outline prepared for the tests in which it is the first (outer) contour, made on the
+    // first such test and kept: a node is asked again for every contour sorted after it.
+    Solver2d::PreparedContour& Prepared(const Solver2d& rel);
+
     LAS_Contour* contour;  // null at the root; not owned
     LAS_Solver* solver;
     LAContour geometry;  // the contour's outline, made once for the relation tests
+    Solver2d::PreparedContour prepared;
+    bool preparedMade = false;
 };
 
 class LAS_CSTree {

@@ -129,8 +129,12 @@ public:
                            ProContourFactory* factory) {
         return Solv(a, b, Intersection, factory);
     }
-    // Union of a list, folded from the front, each step on a fresh solver with this epsilon.
-    // Empty list: null. One element: that element itself, not a copy.
+    // Union of a list: neighbours combined pairwise, level by level (n log n rather than the n^2 of
+    // a fold over the growing union), each step on a fresh solver with this epsilon; the region
+    // and its tree of solids and holes are those of folding the list from the front, the order of
+    // the solids may differ, and so may a pinch (a hole meeting its outline at one point), which
+    // comes out as a hole or as an outline passing that point twice as a fold in another order
+    // would give it. Empty list: null. One element: that element itself, not a copy.
     ProComplexContour* Add(const std::vector<ProComplexContour*>& list, ProContourFactory* factory);
     // The shape rebuilt with overlaps and crossings resolved.
     ProComplexContour* Normalize(const ProComplexContour* c, ProContourFactory* factory);
@@ -153,6 +157,8 @@ public:
     int GetSectorsInContour(const ProComplexContour* c, const Sector2& s,
                             std::vector<Sector2>& out);
 
+    // Internal: the next element with the same two end nodes (see elementsByEnds).
+    static LAS_Element* NextSameEnds(const LAS_Element* e) { return e->sameEnds; }
     // Internal: walk ids and the base list, used by the graph classes.
     std::uint64_t NextWalkId() { return ++walkCounter; }
     void AddBaseContour(LAS_Contour* c);
@@ -181,6 +187,7 @@ private:
     int Enlist(std::unique_ptr<LAS_Element> e);
     bool SplitElementAt(LAS_Element* e, const Point2& p);
     void RegisterNode(int index);
+    void ChainByEnds(LAS_Element* e);
     void RebuildIndexes();
     void EnsureElementGrid();
     int AddLineOnlyHalf(const Point2& a, const Point2& b, double level, bool top,
@@ -202,13 +209,21 @@ private:
         std::size_t operator()(std::uint64_t k) const { return std::hash<std::uint64_t>()(k); }
     };
     double cellSize = 1.0;
-    std::unordered_map<std::uint64_t, std::vector<int>, CellHash> nodeCells;
-    std::unordered_map<std::uint64_t, std::vector<LAS_Element*>, CellHash> elementsByEnds;
+    // Nodes by cell: the last node registered in the cell, and per node the one registered
+    // before it in the same cell (-1 ends the chain), so a cell needs no list of its own.
+    std::unordered_map<std::uint64_t, int, CellHash> nodeCells;
+    std::vector<int> nodeChain;
+    // Elements by their two end nodes: the first listed, the rest chained through the elements
+    // in list order.
+    std::unordered_map<std::uint64_t, LAS_Element*, CellHash> elementsByEnds;
     las_index::BoxGrid elementGrid;
     std::vector<LAS_Element*> gridIds;  // element by grid id (null once deleted)
     std::uint64_t serialCounter = 0;
     std::uint64_t walkCounter = 0;
     std::uint64_t splitBudget = 0;
+    std::vector<int> splitIds;
+    std::vector<LAS_Element*> splitLater;
+    std::vector<Point2> splitPoints;
 
     // Input contours prepared once for the many relation tests of SetBaseContourState.
     mutable std::unordered_map<const LAContour*, Solver2d::PreparedContour> prepared;
@@ -216,7 +231,7 @@ private:
     // Whether the prepared contour lies inside `outer` (relation 0).
     bool Inside(const LAContour* outer, const Solver2d::PreparedContour& inner) const;
 
-    std::uint64_t CellKey(const Point2& p, int dx, int dy) const;
+    static std::uint64_t CellKey(std::int64_t cx, std::int64_t cy);
     static std::uint64_t EndsKey(int a, int b);
 };
 

@@ -84,7 +84,9 @@ void LAS_Solver::SetBaseContourState(const ProComplexContour* a, const ProComple
     for (const auto& c : baseContours) {
         const LAContour l = c->GetContour();
         const int inA = IsContourInComplexContour(&l, a);
-        const int inB = b != nullptr ? IsContourInComplexContour(&l, b) : 0;
+        // The test has no side effects: b is asked only when its answer can change the state.
+        const bool needB = b != nullptr && (op == Union ? !inA : inA != 0);
+        const int inB = needB ? IsContourInComplexContour(&l, b) : 0;
         int state = 0;
         switch (op) {
             case Union:
@@ -151,14 +153,31 @@ ProComplexContour* LAS_Solver::Solv(const ProComplexContour* a, const ProComplex
 ProComplexContour* LAS_Solver::Add(const std::vector<ProComplexContour*>& list,
                                    ProContourFactory* factory) {
     if (list.empty()) return nullptr;
-    ProComplexContour* r = list.front();
-    for (std::size_t k = 1; k < list.size(); ++k) {
-        LAS_Solver step(solver2d.GetEpsilon());
-        ProComplexContour* next = step.Add(r, list[k], factory);
-        if (r != list.front()) delete r;
-        r = next;
+    if (list.size() == 1) return list.front();
+    // Neighbours are combined pairwise, level by level, so each shape takes part in about log n
+    // steps over results that grow with the level, instead of n steps over the whole union built
+    // so far. Union is associative: the region and its tree of solids and holes are the fold's.
+    struct Item {
+        ProComplexContour* shape;
+        bool owned;  // an intermediate result, destroyed once combined
+    };
+    std::vector<Item> level;
+    level.reserve(list.size());
+    for (ProComplexContour* c : list) level.push_back({c, false});
+    while (level.size() > 1) {
+        std::vector<Item> next;
+        next.reserve(level.size() / 2 + 1);
+        for (std::size_t k = 0; k + 1 < level.size(); k += 2) {
+            LAS_Solver step(solver2d.GetEpsilon());
+            ProComplexContour* r = step.Add(level[k].shape, level[k + 1].shape, factory);
+            if (level[k].owned) delete level[k].shape;
+            if (level[k + 1].owned) delete level[k + 1].shape;
+            next.push_back({r, true});
+        }
+        if (level.size() % 2 == 1) next.push_back(level.back());
+        level = std::move(next);
     }
-    return r;
+    return level.front().shape;
 }
 
 ProComplexContour* LAS_Solver::Normalize(const ProComplexContour* c, ProContourFactory* factory) {

@@ -24,10 +24,10 @@ std::int64_t CellCoordinate(double v, double size) {
     return static_cast<std::int64_t>(f);
 }
 
-// The first element of the list of the same type as x and equal to it, or null.
+// The first element of the chain of the same type as x and equal to it, or null.
 template <typename Kind>
-LAS_Element* FirstEqual(const std::vector<LAS_Element*>& list, const Kind& x) {
-    for (LAS_Element* e : list)
+LAS_Element* FirstEqual(LAS_Element* chain, const Kind& x) {
+    for (LAS_Element* e = chain; e != nullptr; e = LAS_Solver::NextSameEnds(e))
         if (e->GetType() == x.GetType() && *static_cast<const Kind*>(e) == x) return e;
     return nullptr;
 }
@@ -40,8 +40,9 @@ LAS_Solver::LAS_Solver(double epsilon) : solver2d(epsilon) {
     sortedNodes.reserve(20);
     baseContours.reserve(20);
     const double e = solver2d.GetEpsilon();
-    // A cell at least as wide as epsilon keeps every point within epsilon in the 3 x 3 block.
-    cellSize = e > 0.0 ? e * (1.0 + 1e-9) : 1e-12;
+    // A cell at least as wide as epsilon keeps every point within epsilon in the 3 x 3 block; at
+    // eight times that, most look-ups stay inside one cell.
+    cellSize = e > 0.0 ? 8.0 * e * (1.0 + 1e-9) : 1e-12;
 }
 
 LAS_Solver::~LAS_Solver() = default;
@@ -104,9 +105,9 @@ void LAS_Solver::AddBaseContour(LAS_Contour* c) {
 
 // ---- Indexes ----------------------------------------------------------------------------------
 
-std::uint64_t LAS_Solver::CellKey(const Point2& p, int dx, int dy) const {
-    const std::uint64_t x = static_cast<std::uint64_t>(CellCoordinate(p.x, cellSize) + dx);
-    const std::uint64_t y = static_cast<std::uint64_t>(CellCoordinate(p.y, cellSize) + dy);
+std::uint64_t LAS_Solver::CellKey(std::int64_t cx, std::int64_t cy) {
+    const std::uint64_t x = static_cast<std::uint64_t>(cx);
+    const std::uint64_t y = static_cast<std::uint64_t>(cy);
     return x * 0x9E3779B97F4A7C15ull ^ (y + 0x632BE59BD9B4E019ull + (x << 6) + (x >> 2));
 }
 
@@ -117,16 +118,31 @@ std::uint64_t LAS_Solver::EndsKey(int a, int b) {
 }
 
 void LAS_Solver::RegisterNode(int index) {
-    nodeCells[CellKey(GetPoint(index), 0, 0)].push_back(index);
+    const Point2 p = GetPoint(index);
+    const std::uint64_t key = CellKey(CellCoordinate(p.x, cellSize), CellCoordinate(p.y, cellSize));
+    const auto [it, fresh] = nodeCells.try_emplace(key, index);
+    const auto k = static_cast<std::size_t>(index);
+    if (nodeChain.size() <= k) nodeChain.resize(k + 1, -1);
+    nodeChain[k] = fresh ? -1 : it->second;
+    it->second = index;
 }
 
 int LAS_Solver::FindNode(const Point2& p) {
+    const std::int64_t cx = CellCoordinate(p.x, cellSize), cy = CellCoordinate(p.y, cellSize);
+    // A neighbouring column (row) of cells is searched only when a point within epsilon of p can
+    // lie in it: the margin beyond epsilon covers the rounding of the distance and of p -/+ it.
+    const double e = solver2d.GetEpsilon() * (1.0 + 1e-12);
+    const double mx = e + 4e-15 * std::fabs(p.x), my = e + 4e-15 * std::fabs(p.y);
+    const int dx0 = CellCoordinate(p.x - mx, cellSize) < cx ? -1 : 0;
+    const int dx1 = CellCoordinate(p.x + mx, cellSize) > cx ? 1 : 0;
+    const int dy0 = CellCoordinate(p.y - my, cellSize) < cy ? -1 : 0;
+    const int dy1 = CellCoordinate(p.y + my, cellSize) > cy ? 1 : 0;
     int best = -1;
-    for (int dy = -1; dy <= 1; ++dy)
-        for (int dx = -1; dx <= 1; ++dx) {
-            const auto it = nodeCells.find(CellKey(p, dx, dy));
+    for (int dy = dy0; dy <= dy1; ++dy)
+        for (int dx = dx0; dx <= dx1; ++dx) {
+            const auto it = nodeCells.find(CellKey(cx + dx, cy + dy));
             if (it == nodeCells.end()) continue;
-            for (int i : it->second)
+            for (int i = it->second; i >= 0; i = nodeChain[static_cast<std::size_t>(i)])
                 if ((best < 0 || i < best) && solver2d.AreEqual(GetPoint(i), p)) best = i;
         }
     return best;
@@ -144,13 +160,13 @@ LAS_Element* LAS_Solver::FindEqualArc(const LAS_Arc& a) {
 
 void LAS_Solver::RebuildIndexes() {
     nodeCells.clear();
+    nodeChain.assign(nodes.size(), -1);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         nodes[i]->index = static_cast<int>(i);
         RegisterNode(static_cast<int>(i));
     }
     elementsByEnds.clear();
-    for (const auto& e : elements)
-        elementsByEnds[EndsKey(e->GetBegin(), e->GetEnd())].push_back(e.get());
+    for (const auto& e : elements) ChainByEnds(e.get());
     elementGrid.Clear();
 }
 
@@ -171,6 +187,16 @@ void LAS_Solver::EnsureElementGrid() {
 
 // ---- Filling ----------------------------------------------------------------------------------
 
+void LAS_Solver::ChainByEnds(LAS_Element* e) {
+    // Appended at the end of its chain, so each chain keeps the list order.
+    e->sameEnds = nullptr;
+    const auto [it, fresh] = elementsByEnds.try_emplace(EndsKey(e->GetBegin(), e->GetEnd()), e);
+    if (fresh) return;
+    LAS_Element* last = it->second;
+    while (last->sameEnds != nullptr) last = last->sameEnds;
+    last->sameEnds = e;
+}
+
 int LAS_Solver::AddPoint(const Point2& p) {
     if (!Finite(p)) return -1;
     const int found = FindNode(p);
@@ -189,7 +215,7 @@ int LAS_Solver::Enlist(std::unique_ptr<LAS_Element> e) {
     GetNode(raw->GetBegin())->ConnectElement(raw);
     GetNode(raw->GetEnd())->ConnectElement(raw);
     elements.push_back(std::move(e));
-    elementsByEnds[EndsKey(raw->GetBegin(), raw->GetEnd())].push_back(raw);
+    ChainByEnds(raw);
     if (elementGrid.Valid()) {
         gridIds.resize(static_cast<std::size_t>(serialCounter) + 1, nullptr);
         gridIds[static_cast<std::size_t>(raw->serial)] = raw;
@@ -270,9 +296,11 @@ void LAS_Solver::DeleteElement(LAS_Element* e) {
     if (LAS_NodeInfo* n = GetNode(e->GetEnd())) n->DisconnectElement(e);
     const auto it = elementsByEnds.find(EndsKey(e->GetBegin(), e->GetEnd()));
     if (it != elementsByEnds.end()) {
-        auto& list = it->second;
-        list.erase(std::find(list.begin(), list.end(), e));
-        if (list.empty()) elementsByEnds.erase(it);
+        LAS_Element** link = &it->second;
+        while (*link != nullptr && *link != e) link = &(*link)->sameEnds;
+        if (*link == e) *link = e->sameEnds;
+        e->sameEnds = nullptr;
+        if (it->second == nullptr) elementsByEnds.erase(it);
     }
     if (elementGrid.Valid()) {
         elementGrid.Remove(static_cast<int>(e->serial), e->box);
@@ -312,10 +340,11 @@ int LAS_Solver::SplitEdge(int i) {
     LAS_Element* e = GetElement(i);
     if (e == nullptr) return 1;
     EnsureElementGrid();
-    std::vector<int> ids;
+    // Scratch lists kept across calls: a split pass asks once per element.
+    std::vector<int>& ids = splitIds;
     elementGrid.Query(e->box, ids);
-    std::vector<LAS_Element*> later;
-    later.reserve(ids.size());
+    std::vector<LAS_Element*>& later = splitLater;
+    later.clear();
     for (int id : ids) {
         LAS_Element* f = gridIds[static_cast<std::size_t>(id)];
         if (f != nullptr && f->serial > e->serial && e->box.Overlaps(f->box)) later.push_back(f);
@@ -324,8 +353,7 @@ int LAS_Solver::SplitEdge(int i) {
     // stay apart have no contact to report.
     std::sort(later.begin(), later.end(),
               [](const LAS_Element* a, const LAS_Element* b) { return a->serial < b->serial; });
-    std::vector<Point2> pts;
-    pts.reserve(4);
+    std::vector<Point2>& pts = splitPoints;
     for (LAS_Element* f : later) {
         e->Cross(f, pts, 4);
         for (const Point2& p : pts) {

@@ -80,6 +80,7 @@ private:
     // leaving end): such a walk closes on the same cycle from any of its half-edges, so it need
     // not be traced again.
     unsigned char rejectedWalk = 0;
+    LAS_Element* sameEnds = nullptr;  // next listed element with the same two end nodes
 };
 
 class LAS_Line : public LAS_Element {

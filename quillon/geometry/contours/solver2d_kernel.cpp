@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace quillon::las_detail {
 
@@ -90,6 +91,18 @@ double Distance(const Curve& k, const Point2& p) {
     return std::min(Dist(p, k.a), Dist(p, k.b));
 }
 
+bool Near(const Curve& k, const Point2& p, double eps) {
+    if (k.type == 1 && !k.IsFullCircle()) {
+        // The distance to an arc is at least the gap to its circle (through a) or, beyond its
+        // ends, the gap to the circle through b; a clear margin over rounding leaves the angle
+        // of p (the dear part) uncomputed when both gaps exceed eps.
+        const double d = Dist(p, k.c);
+        const double gap = std::min(std::fabs(d - k.r), std::fabs(d - Dist(k.b, k.c)));
+        if (gap > eps * (1.0 + 1e-9) + 1e-14 * (d + k.r)) return false;
+    }
+    return Distance(k, p) <= eps;
+}
+
 Box CurveBox(const Curve& k) {
     Box b;
     b.Add(k.a);
@@ -139,8 +152,8 @@ void CircleCross(const Point2& c1, double r1, const Point2& c2, double r2, doubl
 void CrossCurves(const Curve& p, const Curve& q, double eps, std::vector<Point2>& out) {
     out.clear();
     const auto endsOn = [&](const Curve& k, const Curve& other) {
-        if (Distance(other, k.a) <= eps) AddUnique(out, k.a, eps);
-        if (Distance(other, k.b) <= eps) AddUnique(out, k.b, eps);
+        if (Near(other, k.a, eps)) AddUnique(out, k.a, eps);
+        if (Near(other, k.b, eps)) AddUnique(out, k.b, eps);
     };
     endsOn(p, q);
     endsOn(q, p);
@@ -176,7 +189,7 @@ void CrossCurves(const Curve& p, const Curve& q, double eps, std::vector<Point2>
         }
     }
     for (const Point2& x : cand)
-        if (Distance(p, x) <= eps && Distance(q, x) <= eps) AddUnique(out, x, eps);
+        if (Near(p, x, eps) && Near(q, x, eps)) AddUnique(out, x, eps);
 }
 
 double WindingAngle(const Curve& k, const Point2& p) {
@@ -239,9 +252,8 @@ void CurveSet::EnsureGrid() {
     if (grid.Valid()) return;
     double size = 0.0;
     for (const Box& b : boxes) size += (b.x1 - b.x0) + (b.y1 - b.y0);
-    grid.Build(bounds, curves.size(),
-               curves.empty() ? 0.0 : size / (2.0 * static_cast<double>(curves.size())));
-    for (std::size_t i = 0; i < curves.size(); ++i) grid.Insert(static_cast<int>(i), boxes[i]);
+    grid.BuildPacked(bounds, boxes,
+                     curves.empty() ? 0.0 : size / (2.0 * static_cast<double>(curves.size())));
 }
 
 bool CurveSet::OnBoundary(const Point2& p) {
@@ -252,7 +264,7 @@ bool CurveSet::OnBoundary(const Point2& p) {
     for (int id : scratch) {
         const Box& cb = boxes[static_cast<std::size_t>(id)];
         if (p.x < cb.x0 || p.x > cb.x1 || p.y < cb.y0 || p.y > cb.y1) continue;
-        if (Distance(curves[static_cast<std::size_t>(id)], p) <= eps) return true;
+        if (Near(curves[static_cast<std::size_t>(id)], p, eps)) return true;
     }
     return false;
 }
@@ -269,9 +281,9 @@ int CurveSet::Winding(const Point2& p) const {
 void CurveSet::SplitParams(const Curve& k, std::vector<double>& params) {
     params.clear();
     EnsureGrid();
-    grid.Query(CurveBox(k).Grown(2.0 * eps), scratch);
-    std::sort(scratch.begin(), scratch.end());
     const Box kb = CurveBox(k).Grown(2.0 * eps);
+    grid.Query(kb, scratch);
+    std::sort(scratch.begin(), scratch.end());
     for (int id : scratch) {
         if (!kb.Overlaps(boxes[static_cast<std::size_t>(id)])) continue;
         CrossCurves(k, curves[static_cast<std::size_t>(id)], eps, pts);
@@ -289,6 +301,73 @@ void CurveSet::SplitParams(const Curve& k, std::vector<double>& params) {
     params.resize(w);
 }
 
+namespace {
+
+std::uint64_t PointHash(const Point2& p) {
+    std::uint64_t x, y;
+    std::memcpy(&x, &p.x, sizeof x);
+    std::memcpy(&y, &p.y, sizeof y);
+    x *= 0x9E3779B97F4A7C15ull;
+    y = (y ^ (y >> 29)) * 0xBF58476D1CE4E5B9ull;
+    return x ^ (y + (x >> 31));
+}
+// Symmetric, so a reversed curve finds its twin; the high bits are folded into the low ones that
+// pick the slot (round coordinates leave the low bits of their products empty).
+std::uint64_t EndsHash(const Curve& k) {
+    std::uint64_t h = PointHash(k.a) + PointHash(k.b);
+    h ^= h >> 32;
+    h *= 0xD6E8FEB86659FD93ull;
+    return h ^ (h >> 29);
+}
+
+double Magnitude(const Curve& k) {
+    double m = std::max({std::fabs(k.a.x), std::fabs(k.a.y), std::fabs(k.b.x), std::fabs(k.b.y)});
+    if (k.type == 1) m = std::max({m, std::fabs(k.c.x), std::fabs(k.c.y), k.r});
+    return m;
+}
+
+}  // namespace
+
+void CurveSet::EnsureEnds() {
+    if (endsBuilt) return;
+    endsBuilt = true;
+    // Open addressing over a power-of-two table at most half full; a slot holds index + 1.
+    std::size_t size = 16;
+    while (size < 2 * curves.size()) size *= 2;
+    ends.assign(size, 0);
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        std::size_t at = static_cast<std::size_t>(EndsHash(curves[i])) & (size - 1);
+        while (ends[at] != 0) at = (at + 1) & (size - 1);
+        ends[at] = static_cast<int>(i) + 1;
+    }
+}
+
+bool CurveSet::HasCurve(const Curve& k) {
+    if (k.IsFullCircle()) return false;
+    EnsureEnds();
+    // Rounding of the points computed along k and of their distances stays far below this.
+    const double noise = 1e-12 * Magnitude(k);
+    const std::size_t mask = ends.size() - 1;
+    for (std::size_t at = static_cast<std::size_t>(EndsHash(k)) & mask; ends[at] != 0;
+         at = (at + 1) & mask) {
+        const Curve& j = curves[static_cast<std::size_t>(ends[at] - 1)];
+        if (j.type != k.type || j.IsFullCircle()) continue;
+        const bool same = j.a.x == k.a.x && j.a.y == k.a.y && j.b.x == k.b.x && j.b.y == k.b.y;
+        const bool reversed = j.a.x == k.b.x && j.a.y == k.b.y && j.b.x == k.a.x && j.b.y == k.a.y;
+        if (!same && !reversed) continue;
+        if (k.type == 0) {
+            if (noise <= eps) return true;
+            continue;
+        }
+        if (j.c.x != k.c.x || j.c.y != k.c.y || j.sweep != (same ? k.sweep : -k.sweep)) continue;
+        // The arc's own end may sit off the place its sweep reaches, and off its circle; points
+        // of k then stray from j by up to twice that gap plus the radii's difference.
+        const double gap = Dist(Rotated(j.c, j.a, j.sweep), j.b);
+        if (2.0 * gap + std::fabs(j.r - k.r) + noise <= eps) return true;
+    }
+    return false;
+}
+
 SideFlags Classify(CurveSet& first, const std::vector<Curve>& second, double eps) {
     SideFlags f;
     const std::size_t n = second.size();
@@ -301,11 +380,23 @@ SideFlags Classify(CurveSet& first, const std::vector<Curve>& second, double eps
         else
             f.out = true;
     };
-    std::vector<char> vOn(n), split(n);
-    for (std::size_t v = 0; v < n; ++v) vOn[v] = first.OnBoundary(second[v].a) ? 1 : 0;
+    std::vector<char> vOn(n), split(n), same(n);
+    for (std::size_t v = 0; v < n; ++v) same[v] = first.HasCurve(second[v]) ? 1 : 0;
+    for (std::size_t v = 0; v < n; ++v) {
+        const Curve& before = second[(v + n - 1) % n];
+        const bool endOfSame =
+            same[(v + n - 1) % n] && before.b.x == second[v].a.x && before.b.y == second[v].a.y;
+        vOn[v] = (same[v] || endOfSame || first.OnBoundary(second[v].a)) ? 1 : 0;
+    }
     std::vector<double> ps;
     for (std::size_t v = 0; v < n && !(f.in && f.out); ++v) {
         const Curve& k = second[v];
+        if (same[v]) {
+            // Both ends and every piece between contacts lie on the boundary; whether it was
+            // split is asked only of edges leading to a vertex off the boundary.
+            f.on = true;
+            continue;
+        }
         first.SplitParams(k, ps);
         split[v] = ps.empty() ? 0 : 1;
         // Pieces between two boundary contacts are judged by their middle; the others take the

@@ -179,6 +179,86 @@ TEST(LasPropertyTest, BooleanAreasAddUpAndResultsAreValidTrees) {
     EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
+// Solid areas with their holes' areas, sorted: the tree of a shape up to the order of its solids.
+std::vector<std::vector<double>> TreeAreas(const ProComplexContour* c) {
+    std::vector<std::vector<double>> out;
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
+        const ProSolidContour* s = c->SolidChild(i);
+        std::vector<double> holes;
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j)
+            holes.push_back(std::fabs(las_test::SignedArea(*s->ClosedChild(j))));
+        std::sort(holes.begin(), holes.end());
+        holes.insert(holes.begin(), std::fabs(las_test::SignedArea(*s)));
+        out.push_back(holes);
+    }
+    std::sort(out.begin(), out.end());
+    return out;
+}
+
+// Whether a contour of the shape passes a point twice, or a hole meets its solid's outline at a
+// vertex: a pinch, which a union may give either as a hole or as an outline touching itself.
+bool HasPinch(const ProComplexContour* c) {
+    const auto vertices = [](const LAContour& k) {
+        std::vector<std::pair<double, double>> v;
+        for (const LAEdge& e : k) v.emplace_back(e.start.x, e.start.y);
+        if (v.size() > 1 && v.front() == v.back()) v.pop_back();  // the closing edge
+        return v;
+    };
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
+        const ProSolidContour* s = c->SolidChild(i);
+        auto outline = vertices(*s);
+        std::sort(outline.begin(), outline.end());
+        if (std::adjacent_find(outline.begin(), outline.end()) != outline.end()) return true;
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j)
+            for (const auto& p : vertices(*s->ClosedChild(j)))
+                if (std::binary_search(outline.begin(), outline.end(), p)) return true;
+    }
+    return false;
+}
+
+TEST(LasPropertyTest, ListUnionGivesTheRegionAndTreeOfTheFold) {
+    const int before = ProContour::get_contour_allocs();
+    ProContourFactory f;
+    ShapeMaker maker(4242u);
+    const int rounds = 160;
+    int compared = 0;
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<ProComplexContour*> list;
+        std::string kind;
+        for (int k = 0; k < 2 + round % 9; ++k) list.push_back(maker.Make(kind));
+        ProComplexContour* fold = list.front();
+        for (std::size_t k = 1; k < list.size(); ++k) {
+            LAS_Solver step(kEps);
+            ProComplexContour* next = step.Add(fold, list[k], &f);
+            if (fold != list.front()) delete fold;
+            fold = next;
+        }
+        ProComplexContour* pairs = LAS_Solver(kEps).Add(list, &f);
+        SCOPED_TRACE("round " + std::to_string(round));
+        ProComplexContour* extra = LAS_Solver(kEps).Sub(pairs, fold, &f);
+        ProComplexContour* missing = LAS_Solver(kEps).Sub(fold, pairs, &f);
+        const double scale = std::max(1.0, Area(fold));
+        EXPECT_LE(Area(extra) + Area(missing), 1e-9 * scale);
+        EXPECT_EQ(CheckTree(pairs, kEps), "");
+        if (!HasPinch(fold) && !HasPinch(pairs)) {
+            ++compared;
+            const auto tf = TreeAreas(fold), tp = TreeAreas(pairs);
+            EXPECT_EQ(tf.size(), tp.size());
+            for (std::size_t i = 0; i < std::min(tf.size(), tp.size()); ++i) {
+                ASSERT_EQ(tf[i].size(), tp[i].size());
+                for (std::size_t j = 0; j < tf[i].size(); ++j)
+                    EXPECT_TRUE(Close(tf[i][j], tp[i][j], scale)) << tf[i][j] << " vs " << tp[i][j];
+            }
+        }
+        for (ProComplexContour* x : {fold, pairs, extra, missing}) delete x;
+        for (ProComplexContour* x : list) delete x;
+        if (::testing::Test::HasFailure()) break;
+    }
+    // Pinches are rare: nearly every round compares the trees.
+    EXPECT_GE(compared, rounds * 9 / 10);
+    EXPECT_EQ(ProContour::get_contour_allocs(), before);
+}
+
 void ExpectSameGraph(const LAS_Solver& x, const LAS_Solver& y) {
     ASSERT_EQ(x.GetNodeCount(), y.GetNodeCount());
     for (int k = 0; k < x.GetNodeCount(); ++k) {

@@ -31,6 +31,8 @@ Point2 CurvePoint(const Curve& k, double t);
 double CurveParam(const Curve& k, const Point2& p);
 Point2 CurveMid(const Curve& k);
 double Distance(const Curve& k, const Point2& p);
+// Distance(k, p) <= eps, answered without the angle of p where p lies clearly off an arc.
+bool Near(const Curve& k, const Point2& p, double eps);
 Box CurveBox(const Curve& k);
 
 // Crossing points of two circles: none, one (tangent within eps) or two; concentric circles have
@@ -69,9 +71,15 @@ public:
     // Contacts of k with the contour's curves, as parameters along k strictly between its ends
     // (points within eps of k's ends are left out), sorted and without repeats.
     void SplitParams(const Curve& k, std::vector<double>& params);
+    // True when the contour holds a curve with k's two end points (in either order) and, for an
+    // arc, k's centre and sweep (negated when reversed), near enough to k that every point of k
+    // lies within eps of it with a wide margin over rounding: then k's ends and every piece of it
+    // lie on the boundary, which the relation tests need not check point by point.
+    bool HasCurve(const Curve& k);
 
 private:
     void EnsureGrid();
+    void EnsureEnds();
 
     std::vector<Curve> curves;
     std::vector<Box> boxes;
@@ -80,6 +88,10 @@ private:
     BoxGrid grid;
     std::vector<int> scratch;
     std::vector<Point2> pts;
+    // Curves by their unordered end points (hash table of index + 1, 0 for an empty slot);
+    // built on the first HasCurve.
+    std::vector<int> ends;
+    bool endsBuilt = false;
 };
 
 // How the pieces of `second` lie with respect to the closed contour `first`.
