@@ -1,0 +1,13 @@
+// The parts of the compiled module quillon._core, each adding its classes and functions. Python
+// names are snake_case; every public name carries a docstring and appears in _core.pyi.
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+namespace quillon::python {
+
+void BindShapes(pybind11::module_& m);    // Shape, Contour, Polyline, Edge, Line, Arc, solve
+void BindSections(pybind11::module_& m);  // the raw section figures behind quillon.section
+void BindUnits(pybind11::module_& m);     // the calls behind quillon.units
+
+}  // namespace quillon::python
