@@ -16,7 +16,8 @@ unit per factor: "cm4" for a second moment, "kN/m2" for a stress, "kN*m/m" for a
 length.
 
 Money amounts are rounded to hundredths (halves away from zero) and written with the user's
-monetary separators, which the locale gives unless the call names them.
+monetary separators, which the locale gives unless the call names them ("." for the decimal when
+the locale has none).
 """
 
 from __future__ import annotations

@@ -588,8 +588,9 @@ void BindShapes(py::module_& m) {
             },
             py::arg("unit") = py::none(), py::kw_only(), py::arg("full_precision") = false,
             "The shape as contour text, with the unit name in front when one is given. Numbers\n"
-            "have six decimals, or with full_precision 17 significant digits, which read back\n"
-            "to the same shape.")
+            "have six decimals, or with full_precision 17 significant digits. Arcs are stored by\n"
+            "centre, radius and angles, so a shape read back matches to the last digits, and a\n"
+            "six-decimal text written from a shape read from text reads back to the same text.")
         .def(
             "approximate",
             [](const ShapeValue& s, int circleSteps, int smallSteps, double smallLimit) {

@@ -86,10 +86,14 @@ std::wstring UnitPart(std::wstring rest) {
 // Puts the caller's separators in the locale's place for one call and takes them away after.
 class SeparatorScope {
 public:
-    explicit SeparatorScope(const MoneySeparators& s) : active(s.decimal || s.thousands) {
-        if (!active) return;
+    explicit SeparatorScope(const MoneySeparators& s) {
         platform::LocaleTexts texts = platform::CurrentLocaleTexts();
+        // Without a monetary decimal (the "C" locale has none) cents would run into the units.
+        const bool noDecimal = !s.decimal && texts.monetaryDecimal.empty();
+        active = s.decimal || s.thousands || noDecimal;
+        if (!active) return;
         if (s.decimal) texts.monetaryDecimal = *s.decimal;
+        if (noDecimal) texts.monetaryDecimal = L".";
         if (s.thousands) texts.monetaryThousands = *s.thousands;
         platform::SetLocaleOverride(texts);
     }
@@ -101,7 +105,7 @@ public:
     SeparatorScope& operator=(const SeparatorScope&) = delete;
 
 private:
-    bool active;
+    bool active = false;
 };
 
 }  // namespace

@@ -45,7 +45,7 @@ double ConvertUnit(double value, const std::string& quantity, const std::wstring
 
 // Money: the amount rounded to hundredths and written with the user's monetary separators, or a
 // text read back into an amount. Separators given here stand in for the locale's for the one
-// call.
+// call; where neither gives a monetary decimal (the "C" locale), "." is used.
 struct MoneySeparators {
     std::optional<std::wstring> decimal;
     std::optional<std::wstring> thousands;
