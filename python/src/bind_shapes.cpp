@@ -403,8 +403,9 @@ void BindShapes(py::module_& m) {
         m, "Shape",
         "A plane shape: solids of straight edges and true arcs, each with its holes. Shapes never\n"
         "change; every operation returns a new one. Tolerances (eps) are lengths in the shape's\n"
-        "coordinates: points closer than eps are one. Where eps is None, 1e-5 of the largest\n"
-        "coordinate (at least 1e-5) is used, which joins the arcs of six-decimal texts.\n"
+        "coordinates: points closer than eps are one. Where eps is None, 1e-5 of the larger side\n"
+        "of the shapes' bounds (at least 1e-5) is used, which joins the arcs of six-decimal "
+        "texts.\n"
         "Shapes are not compared with ==: use same_region() or compare their texts.");
     shape.def(py::init(&EmptyShape), "An empty shape.")
         .def_static(

@@ -9,6 +9,7 @@
 #include "quillon/geometry/contours/contour_simplify.h"
 #include "quillon/geometry/contours/contour_validate.h"
 #include "quillon/platform/text.h"
+#include "quillon/sections/contour_props.h"
 
 namespace quillon::python {
 
@@ -36,15 +37,28 @@ void ForEachContour(const ProComplexContour& shape, F&& f) {
     }
 }
 
-double LargestCoordinate(const ProComplexContour& shape) {
-    double m = 0.0;
-    ForEachContour(shape, [&](const LAContour& c) {
+// The larger side of the shape's bounds; 0 for an empty shape.
+double Size(const ProComplexContour& shape) {
+    if (shape.ChildrenCount() == 0) return 0.0;
+    const Rect2 r = ContourExtents(shape);
+    return std::max(r.pnt2().x - r.pnt1().x, r.pnt2().y - r.pnt1().y);
+}
+
+// Throws std::invalid_argument when a coordinate, centre or sweep of the shape is not finite or
+// lies beyond kMaxContourCoordinate: the engine cannot work with such numbers.
+void RequireUsableNumbers(const ProComplexContour& shape) {
+    ForEachContour(shape, [](const LAContour& c) {
         for (const LAEdge& e : c) {
-            m = std::max({m, std::fabs(e.start.x), std::fabs(e.start.y)});
-            if (e.type == 1) m = std::max({m, std::fabs(e.centre.x), std::fabs(e.centre.y)});
+            const double x[] = {e.start.x, e.start.y, e.centre.x, e.centre.y, e.angle};
+            for (double v : x) {
+                if (!std::isfinite(v))
+                    throw std::invalid_argument("the shape would get numbers that are not finite");
+                if (std::fabs(v) > kMaxContourCoordinate)
+                    throw std::invalid_argument(platform::FormatC(
+                        "the shape would get coordinates beyond %g", kMaxContourCoordinate));
+            }
         }
     });
-    return m;
 }
 
 bool Finite(const Corner& c) {
@@ -154,8 +168,8 @@ ShapeValue ShapeFromText(const std::wstring& text) {
 }
 
 double DefaultEps(const ProComplexContour& a, const ProComplexContour* b) {
-    double m = LargestCoordinate(a);
-    if (b != nullptr) m = std::max(m, LargestCoordinate(*b));
+    double m = Size(a);
+    if (b != nullptr) m = std::max(m, Size(*b));
     return 1e-5 * std::max(1.0, m);
 }
 
@@ -190,6 +204,7 @@ std::wstring ShapeToText(const ProComplexContour& shape, const std::optional<std
 ShapePtr Translated(const ProComplexContour& shape, double dx, double dy) {
     ShapePtr copy = Copy(shape);
     copy->Move(Vector2(dx, dy));
+    RequireUsableNumbers(*copy);
     return copy;
 }
 
@@ -198,6 +213,7 @@ ShapePtr Rotated(const ProComplexContour& shape, double angle, const Point2& abo
     copy->Move(Vector2(-about.x, -about.y));
     copy->Rotate(Rotate2(angle));
     copy->Move(Vector2(about.x, about.y));
+    RequireUsableNumbers(*copy);
     return copy;
 }
 

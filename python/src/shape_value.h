@@ -50,9 +50,10 @@ ShapeValue ShapeFromCorners(const std::vector<Corner>& outline,
 // not read and std::invalid_argument when it holds numbers that are not finite or too large.
 ShapeValue ShapeFromText(const std::wstring& text);
 
-// The tolerance used when the caller gives none: 1e-5 of the largest coordinate magnitude of the
-// shapes, and no less than 1e-5. Contour texts hold six decimals, so an arc read back closes only
-// to about 1e-6 of its radius; this joins such ends while staying far below any real detail.
+// The tolerance used when the caller gives none: 1e-5 of the larger side of the shapes' bounds,
+// and no less than 1e-5. Contour texts hold six decimals, so an arc read back closes only to
+// about 1e-6 of its radius; this joins such ends while staying far below any real detail. Taken
+// from the size, not the position, so that a shape gives the same answers wherever it lies.
 double DefaultEps(const ProComplexContour& a, const ProComplexContour* b = nullptr);
 // `eps` when given (it must be finite and positive), else DefaultEps.
 double ChooseEps(std::optional<double> eps, const ProComplexContour& a,
@@ -67,7 +68,8 @@ std::optional<std::wstring> CommonUnit(const ShapeValue& a, const ShapeValue& b)
 std::wstring ShapeToText(const ProComplexContour& shape, const std::optional<std::wstring>& unit,
                          bool fullPrecision);
 
-// A copy moved by (dx, dy), or turned by `angle` radians counter-clockwise about `about`.
+// A copy moved by (dx, dy), or turned by `angle` radians counter-clockwise about `about`. Throws
+// std::invalid_argument when the copy would hold numbers that are not finite or too large.
 ShapePtr Translated(const ProComplexContour& shape, double dx, double dy);
 ShapePtr Rotated(const ProComplexContour& shape, double angle, const Point2& about);
 
