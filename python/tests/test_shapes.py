@@ -12,7 +12,8 @@ PI = math.pi
 PLATE = '"mm"(((S((L 0 0)(L 0 60)(L 100 60)(L 100 0)) 0 ((H((A 50 30 15 0 6.283185307179586)))))))'
 TEXTS = [
     PLATE,
-    "(((S((L 0 0)(L 0 10)(A 5 10 5 3.141592653589793 -3.141592653589793)(L 10 0)) 0 ())"
+    "(((S((L 0 0)(L 0 10)(A 5 10 5 3.141592653589793 -3.141592653589793)(L 10 10)(L 10 0))"
+    " 0 ())"
     "(S((L 20 0)(L 20 5)(L 25 5)(L 25 0)) 0 ())))",
 ]
 
@@ -38,6 +39,7 @@ def test_same_areas_and_texts_as_the_library(reference):
     answers = reference(*[("shape", t) for t in texts])
     for text, (area, written) in zip(texts, answers):
         shape = Shape.from_text(text)
+        assert shape.is_valid(), shape.problems()
         assert shape.area == float(area)
         assert shape.to_text(shape.unit) == written
 
@@ -88,6 +90,11 @@ def test_booleans_obey_the_area_identities():
         for s in (u, i, d):
             assert s.is_valid(), s.problems()
             assert all(c.is_clockwise for c in s.solids + s.holes)
+        # A line cuts a shape into a part above and, turned upside down, a part below.
+        y = rng.uniform(a.bounds[1], a.bounds[3])
+        up, down = a.above(y), a.rotated(PI).above(-y)
+        assert up.area + down.area == pytest.approx(a.area, abs=tol)
+        assert (up - a).area == pytest.approx(0, abs=tol) and up.bounds[1] >= y - 1e-9
 
 
 def test_points_arrays_and_edges():
