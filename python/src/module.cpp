@@ -42,6 +42,7 @@ PYBIND11_MODULE(_core, m) {
         }
     });
 
+    quillon::python::BindContours(m);
     quillon::python::BindShapes(m);
     quillon::python::BindSections(m);
     quillon::python::BindUnits(m);
