@@ -239,7 +239,9 @@ int LAS_Solver::AddArc(const Point2& begin, const Point2& end, const Point2& cen
     if (!std::isfinite(sweep) || sweep == 0.0) return -1;
     const bool fullTurn = solver2d.IsFullTurn(sweep);
     if (std::fabs(sweep) > kTwoPi && !fullTurn) return -1;  // beyond a turn
-    if (fullTurn) {
+    // A full turn is stored as two half turns; a half turn is never split again, so a tolerance
+    // as large as a turn (every sweep then counts as full) cannot split without end.
+    if (fullTurn && std::fabs(sweep) > kPi) {
         const double h = sweep / 2.0;
         const double s = std::sin(h), c = std::cos(h);
         const Vector2 r = begin - centre;

@@ -124,6 +124,14 @@ TEST(LasSolverTest, FullCircleBecomesTwoHalfArcsAndDuplicatesMerge) {
     EXPECT_NEAR(std::fabs(SignedArea(*r.closed[0])), kPi, 1e-12);
 }
 
+TEST(LasSolverTest, TolerancesAsLargeAsATurnStillAddArcs) {
+    // With such a tolerance every sweep counts as a full turn; arcs must still be added once.
+    LAS_Solver s(7.0);
+    EXPECT_EQ(s.AddArc({100, 0}, {0, 100}, {0, 0}, kPi / 2), 0);
+    EXPECT_EQ(s.AddArc({-100, 0}, {-100, 0}, {-200, 0}, 2 * kPi), 2);
+    EXPECT_EQ(s.GetElementCount(), 3);
+}
+
 TEST(LasSolverTest, ArcThroughMiddlePoint) {
     LAS_Solver s(kEps);
     const int b = s.AddPoint({1, 0});
@@ -286,7 +294,7 @@ TEST(LasSolverTest, ListUnionNormalizeAndSet) {
         // Set nests plain contours by containment, levels alternating solid, hole, solid.
         std::vector<ProClosedContour*> loops;
         for (const LAContour& loop : {RectContour(0, 0, 10, 10), RectContour(2, 2, 8, 8),
-                                   RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1)})
+                                      RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1)})
             loops.push_back(new ProClosedContour(loop));
         LAS_Solver t(kEps);
         const Owned set(t.Set(loops, &f, true));
