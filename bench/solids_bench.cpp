@@ -6,6 +6,8 @@
 #include <numbers>
 
 #include "quillon/geometry/plane/la_contour.h"
+#include "quillon/geometry/space/extrusion3.h"
+#include "quillon/geometry/space/local3.h"
 #include "quillon/geometry/space/solid3_inter.h"
 
 namespace {
@@ -14,14 +16,13 @@ using namespace quillon;
 
 constexpr double kEps = 1e-6;
 
+// The prism a plate or a hole is modelled by: an extrusion of the outline from z0 up.
 Solid3 Prism(const LAContour& outline, double z0, double height) {
-    LAContour flat;
-    outline.approximate(flat, 48, 24, 1.0);
-    Mvector<Point3> base;
-    for (const LAEdge& e : flat) base.push_back(Point3(e.start.x, e.start.y, z0));
-    Solid3 s(kEps);
-    s.GenCuboid(base, Vector3(0, 0, height), {});
-    return s;
+    Extrusion3 item(kEps);
+    item.SetLocalPlane(LocalPlane(Point3(0, 0, z0), Vector3(0, 0, 1)));
+    item.SetOuterContour(outline);
+    item.SetPath(Vector3(0, 0, height));
+    return item.GetSolid();
 }
 
 LAContour Rectangle(double x0, double y0, double x1, double y1) {
@@ -65,7 +66,13 @@ void BM_PlateMinusHoles(benchmark::State& state) {
     }
     state.counters["faces"] = static_cast<double>(holes.Face().size());
 }
-BENCHMARK(BM_PlateMinusHoles)->Arg(1)->Arg(10)->Arg(100)->Arg(200)->Arg(400)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PlateMinusHoles)
+    ->Arg(1)
+    ->Arg(10)
+    ->Arg(100)
+    ->Arg(200)
+    ->Arg(400)
+    ->Unit(benchmark::kMillisecond);
 
 void BM_OverlappingBoxes(benchmark::State& state) {
     const Solid3 a = Prism(Rectangle(0, 0, 2, 2), 0.0, 2.0);
