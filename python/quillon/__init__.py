@@ -1,5 +1,5 @@
 """Quillon for Python: plane shapes of straight edges and true circular arcs, their booleans,
-section figures and units of measure.
+section figures, units of measure, and solids extruded from shapes.
 
     >>> import quillon
     >>> plate = quillon.Shape.from_points([(0, 0), (100, 0), (100, 60), (0, 60)])
@@ -27,6 +27,7 @@ from ._core import (
     Line,
     Polyline,
     Shape,
+    Solid,
     __version__,
     solve,
     union_all,
@@ -42,6 +43,7 @@ __all__ = [
     "Polyline",
     "Section",
     "Shape",
+    "Solid",
     "section",
     "solve",
     "union_all",

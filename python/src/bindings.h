@@ -10,5 +10,6 @@ void BindContours(pybind11::module_& m);  // Edge, Contour, Polyline, Line, Arc
 void BindShapes(pybind11::module_& m);    // Shape, solve, union_all (after BindContours)
 void BindSections(pybind11::module_& m);  // the raw section figures behind quillon.section
 void BindUnits(pybind11::module_& m);     // the calls behind quillon.units
+void BindSolids(pybind11::module_& m);    // Solid (after BindShapes)
 
 }  // namespace quillon::python

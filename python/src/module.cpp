@@ -14,7 +14,8 @@ namespace py = pybind11;
 
 PYBIND11_MODULE(_core, m) {
     m.doc() =
-        "Compiled core of quillon: shapes of lines and arcs, their booleans, sections, units.";
+        "Compiled core of quillon: shapes of lines and arcs, their booleans, sections, units,\n"
+        "solids.";
     m.attr("__version__") = QUILLON_VERSION;
 
     // Malformed contour texts raise this ValueError with the reader's message and where it stopped.
@@ -46,4 +47,5 @@ PYBIND11_MODULE(_core, m) {
     quillon::python::BindShapes(m);
     quillon::python::BindSections(m);
     quillon::python::BindUnits(m);
+    quillon::python::BindSolids(m);
 }

@@ -47,7 +47,8 @@ def test_imports_from_an_installed_prefix(built_dir, tmp_path):
     assert float(area) == round(0.75 * 3.141592653589793, 12)
 
 
-def test_readme_session_is_real_output():
+def test_readme_session_is_real_output(tmp_path, monkeypatch):
+    monkeypatch.chdir(tmp_path)  # the session writes a file
     readme = (pathlib.Path(__file__).resolve().parents[2] / "README.md").read_text()
     session = readme.split("```pycon\n", 1)[1].split("```", 1)[0]
     test = doctest.DocTestParser().get_doctest(session, {}, "README", "README.md", 0)

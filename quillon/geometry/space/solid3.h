@@ -104,6 +104,9 @@ public:
     void Clear();
     // The axis-aligned box of the vertices; false (arguments untouched) without vertices.
     bool GetExtents(Point3& min, Point3& max) const;
+    // The enclosed volume by the divergence theorem over every face with its holes: positive for a
+    // closed, outward-oriented solid, 0 without vertices. Meaningful for closed solids only.
+    double GetVolume() const { return SignedVolume(0); }
 
     // Rebuilds the edge list from the faces' loops: every undirected edge once, in order of first
     // appearance (faces in order, outer loop then holes, each loop from its first corner, the

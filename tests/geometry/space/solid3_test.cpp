@@ -148,6 +148,7 @@ TEST(Solid3, SweptPrismsAreClosedOutwardAndHaveThePrismVolume) {
         EXPECT_EQ(s.Vertex().size(), 2 * corners) << "a repeated closing point is dropped";
         EXPECT_TRUE(Closed(s)) << round;
         EXPECT_NEAR(Volume(s), area * height, 1e-9 * area * height) << round;
+        EXPECT_NEAR(s.GetVolume(), area * height, 1e-9 * area * height) << round;
         EXPECT_EQ(s.Face().back().holes.size(), holes.size());
         for (const Face3& f : s.Face()) {
             ASSERT_EQ(f.edges.size(), f.GetAllNodesCnt());
