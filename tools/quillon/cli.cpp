@@ -14,6 +14,7 @@
 #include "quillon/units/vunit.h"
 #include "tools/quillon/loose_elements.h"
 #include "tools/quillon/section_report.h"
+#include "tools/quillon/solid_commands.h"
 #include "tools/quillon/svg.h"
 
 #ifndef QUILLON_EXAMPLES_DIR
@@ -43,7 +44,8 @@ struct OptionSpec {
 struct Invocation {
     const CommandSpec& command;
     std::vector<std::string> positional;
-    std::map<std::string, std::string> options;  // flags map to ""
+    std::map<std::string, std::string> options;              // flags map to ""
+    std::vector<std::pair<std::string, std::string>> given;  // every option in order, repeats kept
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
@@ -337,6 +339,13 @@ int RunUnit(const Invocation& call) {
     return code;
 }
 
+// The commands of space take their call in a form of their own (solid_commands.h).
+template <int (*Run)(const SolidCall&)>
+int RunSolidCommand(const Invocation& call) {
+    return Run(SolidCall{call.command.name, call.command.UsageLine(), call.positional, call.given,
+                         call.out, call.err});
+}
+
 const std::vector<CommandSpec>& Commands() {
     static const std::vector<CommandSpec> table = {
         {"demo",
@@ -383,6 +392,14 @@ const std::vector<CommandSpec>& Commands() {
          "metre-kilogram-second units, its exponents and its quantity type.\n",
          {},
          RunUnit},
+        {"obj-info",
+         "FILE",
+         "figures of a Wavefront OBJ file: counts, extents, volume, closed or not",
+         "Reads FILE (with the MTL files it names) into a solid and prints its vertex, face and\n"
+         "material counts, its extents, whether its surface is closed and, when it is, the volume\n"
+         "it encloses, in the file's own units.\n",
+         {},
+         RunSolidCommand<RunObjInfo>},
     };
     return table;
 }
@@ -435,6 +452,7 @@ int SortWords(const std::vector<std::string>& args, Invocation& call, bool& help
         } else {
             return call.Usage("option '" + a + "' needs a value");
         }
+        call.given.emplace_back(name, call.options[name]);
     }
     return kDone;
 }
@@ -458,7 +476,7 @@ int RunQuillon(const std::vector<std::string>& args, std::istream& in, std::ostr
     }
     for (const CommandSpec& command : Commands()) {
         if (name != command.name) continue;
-        Invocation call{command, {}, {}, in, out, err};
+        Invocation call{command, {}, {}, {}, in, out, err};
         bool help = false;
         if (const int code = SortWords(args, call, help)) return code;
         if (help) {
