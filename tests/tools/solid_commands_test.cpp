@@ -95,5 +95,68 @@ TEST(QuillonObjInfo, BadFilesGiveExitCodeTwoWithTheReason) {
     EXPECT_EQ(run({"obj-info"}).code, kUsage);
 }
 
+// Polygons of 48 pieces a turn inscribed in arcs of radius r lose at most this share of pi r^2.
+constexpr double kArcShare = 0.003;
+
+TEST(QuillonPlate, VolumeIsOutlineAreaTimesThicknessLessOpenings) {
+    constexpr double kPi = 3.14159265358979323846;
+    // The bundled drawing: 400 x 250 with corners of radius 30, an opening of radius 40 and one of
+    // 120 x 70; four bolt holes of 18.
+    const std::string drawing = std::string(QUILLON_SOURCE_DIR) + "/examples/plate.txt";
+    const double area = 400.0 * 250.0 - (4.0 - kPi) * 900.0 - kPi * 1600.0 - 120.0 * 70.0;
+    const Outcome r =
+        run({"plate", drawing, "--thickness", "10", "--hole", "40,40,18", "--hole", "360 40 18",
+             "--hole", "360,210,18", "--hole", "40,210,18", "--out", scratch("p").string()});
+    ASSERT_EQ(r.code, 0) << r.err;
+    const double expected = (area - 4.0 * kPi * 81.0) * 10.0;
+    const double slack = kArcShare * kPi * (900.0 + 1600.0 + 4.0 * 81.0) * 10.0;
+    EXPECT_NEAR(number(r.out, "volume"), expected, slack) << r.out;
+    EXPECT_NEAR(number(r.out, "mass"), expected * 1e-9 * 7850.0, 7850.0e-9 * slack * 1.01);
+    EXPECT_NE(r.out.find("A         858.009 cm2"), std::string::npos) << r.out;
+
+    // The OBJ read back is closed, of the same volume, and carries the plate material.
+    const Outcome back = run({"obj-info", scratch("p.obj").string()});
+    ASSERT_EQ(back.code, 0) << back.err;
+    EXPECT_NE(back.out.find("closed     yes"), std::string::npos) << back.out;
+    EXPECT_NEAR(number(back.out, "volume"), number(r.out, "volume"), 1e-6 * expected);
+    EXPECT_NE(back.out.find("material   plate"), std::string::npos) << back.out;
+
+    // A plate drawn as a contour text in cm, a drawn hole, a bolt hole and a cut at x = 18 that
+    // takes off the strip beyond it: (18 x 10 - 2 pi 0.5^2) x 1.
+    write(
+        scratch("rect.txt"),
+        "\"cm\"(((S((L 0 0)(L 20 0)(L 20 10)(L 0 10)) 0 ((H((A 5 5 0.5 0 6.283185307179586)))))))");
+    const Outcome c =
+        run({"plate", scratch("rect.txt").string(), "--thickness", "1", "--hole", "15,5,1", "--cut",
+             "18,0,0,-1,0,0", "--density", "7.85 t/m^3", "--out", scratch("rect").string()});
+    ASSERT_EQ(c.code, 0) << c.err;
+    const double rect = 18.0 * 10.0 - 2.0 * kPi * 0.25;
+    EXPECT_NEAR(number(c.out, "volume"), rect, kArcShare * 2.0 * kPi * 0.25) << c.out;
+    EXPECT_NE(c.out.find("x 0 to 18, y 0 to 10, z 0 to 1 cm"), std::string::npos) << c.out;
+    EXPECT_NEAR(number(c.out, "mass"), rect * 1e-6 * 7850.0, 0.01);
+}
+
+TEST(QuillonPlate, BadInputAndUsageGiveTheirExitCodes) {
+    const std::string drawing = std::string(QUILLON_SOURCE_DIR) + "/examples/plate.txt";
+    const std::string out = scratch("bad").string();
+    EXPECT_EQ(run({"plate", drawing, "--out", out}).code, kUsage);  // no thickness
+    EXPECT_EQ(run({"plate", drawing, "--thickness", "-1", "--out", out}).code, kUsage);
+    EXPECT_EQ(run({"plate", drawing, "--thickness", "5", "--hole", "1,2", "--out", out}).code,
+              kUsage);
+    EXPECT_EQ(
+        run({"plate", drawing, "--thickness", "5", "--cut", "0,0,0,0,0,0", "--out", out}).code,
+        kUsage);
+    EXPECT_EQ(run({"plate", drawing, "--thickness", "5", "--density", "3 m", "--out", out}).code,
+              kUsage);
+    write(scratch("broken.txt"), "line 0 0 1\n");
+    EXPECT_EQ(run({"plate", scratch("broken.txt").string(), "--thickness", "5"}).code, kBadInput);
+    EXPECT_EQ(run({"plate", scratch("none.txt").string(), "--thickness", "5"}).code, kBadInput);
+    // A cut that takes the whole plate away.
+    const Outcome all =
+        run({"plate", drawing, "--thickness", "5", "--cut", "0,0,0,-1,0,0", "--out", out});
+    EXPECT_EQ(all.code, kBadInput);
+    EXPECT_NE(all.err.find("--cut 1"), std::string::npos) << all.err;
+}
+
 }  // namespace
 }  // namespace quillon::tool

@@ -400,6 +400,24 @@ const std::vector<CommandSpec>& Commands() {
          "it encloses, in the file's own units.\n",
          {},
          RunSolidCommand<RunObjInfo>},
+        {"plate",
+         "DRAWING",
+         "a drawing extruded to a plate, holes and cuts subtracted, written as OBJ + MTL",
+         "Reads DRAWING (loose elements or a contour text, format: examples/README.md), solves it\n"
+         "into one solid with holes, prints its contour text and section figures, extrudes it\n"
+         "from z = 0 to the thickness, subtracts bolt holes, cuts by planes and openings, writes\n"
+         "NAME.obj and NAME.mtl and prints the solid's figures and mass. Lists of numbers are\n"
+         "written with commas (--hole 40,40,18). A cut removes what lies behind its plane, on the\n"
+         "side opposite its normal, up to 1000 drawing units deep.\n",
+         {{"thickness", "T", "plate thickness, drawing units (required)"},
+          {"hole", "X,Y,D", "a bolt hole of diameter D at (X, Y) (repeatable)"},
+          {"cut", "PX,PY,PZ,NX,NY,NZ", "a cut by the plane through P with normal N (repeatable)"},
+          {"opening", "FILE", "a contour text cut through the plate (repeatable)"},
+          {"density", "RHO", "kg/m^3, or a text with units such as 7.85t/m^3 (default 7850)"},
+          {"units", "mm|cm|m", "unit of the figures (default: cm)"},
+          {"svg", "FILE", "also draw the outline into FILE"},
+          {"out", "NAME", "write NAME.obj and NAME.mtl (default: plate)"}},
+         RunSolidCommand<RunPlate>},
     };
     return table;
 }
