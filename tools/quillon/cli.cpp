@@ -418,6 +418,16 @@ const std::vector<CommandSpec>& Commands() {
           {"svg", "FILE", "also draw the outline into FILE"},
           {"out", "NAME", "write NAME.obj and NAME.mtl (default: plate)"}},
          RunSolidCommand<RunPlate>},
+        {"tube",
+         "PATH",
+         "a polyline in space swept by a circle, written as OBJ",
+         "Reads PATH (one point \"x y z\" a line, '#' starts a comment), sweeps a circle of the\n"
+         "given diameter along it (rings at the path's points, a plane cap at each end), writes\n"
+         "NAME.obj and prints the tube's figures.\n",
+         {{"diameter", "D", "tube diameter, path units (required)"},
+          {"segments", "N", "points a ring (default 24)"},
+          {"out", "NAME", "write NAME.obj (default: tube)"}},
+         RunSolidCommand<RunTube>},
     };
     return table;
 }
