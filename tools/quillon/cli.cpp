@@ -17,6 +17,7 @@
 #include "tools/quillon/section_report.h"
 #include "tools/quillon/shape_input.h"
 #include "tools/quillon/shape_output.h"
+#include "tools/quillon/solid_commands.h"
 #include "tools/quillon/svg.h"
 
 #ifndef QUILLON_EXAMPLES_DIR
@@ -228,6 +229,13 @@ int RunUnit(const Invocation& call) {
     return code;
 }
 
+// The commands of space take their call in a form of their own (solid_commands.h).
+template <int (*Run)(const SolidCall&)>
+int RunSolidCommand(const Invocation& call) {
+    return Run(SolidCall{call.command.name, call.command.UsageLine(), call.positional, call.given,
+                         call.out, call.err});
+}
+
 const std::vector<CommandSpec>& Commands() {
     static const std::vector<CommandSpec> table = {
         {"demo",
@@ -283,6 +291,42 @@ const std::vector<CommandSpec>& Commands() {
          "and its quantity type.\n",
          {},
          RunUnit},
+        {"obj-info",
+         "FILE",
+         "figures of a Wavefront OBJ file: counts, extents, volume, closed or not",
+         "Reads FILE (with the MTL files it names) into a solid and prints its vertex, face and\n"
+         "material counts, its extents, whether its surface is closed and, when it is, the volume\n"
+         "it encloses, in the file's own units.\n",
+         {},
+         RunSolidCommand<RunObjInfo>},
+        {"plate",
+         "DRAWING",
+         "a drawing extruded to a plate, holes and cuts subtracted, written as OBJ + MTL",
+         "Reads DRAWING (loose elements or a contour text, format: examples/README.md), solves it\n"
+         "into one solid with holes, prints its contour text and section figures, extrudes it\n"
+         "from z = 0 to the thickness, subtracts bolt holes, cuts by planes and openings, writes\n"
+         "NAME.obj and NAME.mtl and prints the solid's figures and mass. Lists of numbers are\n"
+         "written with commas (--hole 40,40,18). A cut removes what lies behind its plane, on the\n"
+         "side opposite its normal, up to 1000 drawing units deep.\n",
+         {{"thickness", "T", "plate thickness, drawing units (required)"},
+          {"hole", "X,Y,D", "a bolt hole of diameter D at (X, Y) (repeatable)"},
+          {"cut", "PX,PY,PZ,NX,NY,NZ", "a cut by the plane through P with normal N (repeatable)"},
+          {"opening", "FILE", "a contour text cut through the plate (repeatable)"},
+          {"density", "RHO", "kg/m^3, or a text with units such as 7.85t/m^3 (default 7850)"},
+          {"units", "mm|cm|m", "unit of the figures (default: cm)"},
+          {"svg", "FILE", "also draw the outline into FILE"},
+          {"out", "NAME", "write NAME.obj and NAME.mtl (default: plate)"}},
+         RunSolidCommand<RunPlate>},
+        {"tube",
+         "PATH",
+         "a polyline in space swept by a circle, written as OBJ",
+         "Reads PATH (one point \"x y z\" a line, '#' starts a comment), sweeps a circle of the\n"
+         "given diameter along it (rings at the path's points, a plane cap at each end), writes\n"
+         "NAME.obj and prints the tube's figures.\n",
+         {{"diameter", "D", "tube diameter, path units (required)"},
+          {"segments", "N", "points a ring (default 24)"},
+          {"out", "NAME", "write NAME.obj (default: tube)"}},
+         RunSolidCommand<RunTube>},
     };
     return table;
 }
@@ -336,6 +380,7 @@ int SortWords(const std::vector<std::string>& args, Invocation& call, bool& help
         } else {
             return call.Usage("option '" + a + "' needs a value");
         }
+        call.given.emplace_back(name, call.options[name]);
     }
     return kDone;
 }
@@ -359,7 +404,7 @@ int RunQuillon(const std::vector<std::string>& args, std::istream& in, std::ostr
     }
     for (const CommandSpec& command : Commands()) {
         if (name != command.name) continue;
-        Invocation call{command, {}, {}, in, out, err};
+        Invocation call{command, {}, {}, {}, in, out, err};
         bool help = false;
         if (const int code = SortWords(args, call, help)) return code;
         if (help) {

@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillon::tool {
@@ -24,8 +25,9 @@ struct OptionSpec {
 struct Invocation {
     const CommandSpec& command;
     std::vector<std::string> positional;
-    std::map<std::string, std::string> options;  // flags map to ""
-    std::istream& in;                            // serves "-" arguments
+    std::map<std::string, std::string> options;  // flags map to "" (the last value when repeated)
+    std::vector<std::pair<std::string, std::string>> given;  // every option in order, repeats kept
+    std::istream& in;                                        // serves "-" arguments
     std::ostream& out;
     std::ostream& err;
 

@@ -1,0 +1,250 @@
+// quillon plate: a drawing (loose elements or a contour text) extruded to a plate of the given
+// thickness, bolt holes, cuts by planes and extruded openings subtracted, written as OBJ + MTL.
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <numbers>
+#include <ostream>
+#include <sstream>
+
+#include "quillon/geometry/contours/contour_ops.h"
+#include "quillon/geometry/space/geometric_item3.h"
+#include "quillon/platform/text.h"
+#include "quillon/units/vunit.h"
+#include "tools/quillon/cli.h"
+#include "tools/quillon/loose_elements.h"
+#include "tools/quillon/section_report.h"
+#include "tools/quillon/solid_commands.h"
+#include "tools/quillon/solid_figures.h"
+#include "tools/quillon/svg.h"
+
+namespace quillon::tool {
+
+namespace {
+
+// Openings reach this far past both faces of the plate, so that none of their faces lies in a
+// face of the plate.
+constexpr double kOvershoot = 1.0;
+
+// "a,b,c" (commas or spaces) into exactly `count` finite numbers.
+bool ParseNumbers(const std::string& text, std::size_t count, std::vector<double>& values) {
+    values.clear();
+    std::string spaced = text;
+    for (char& c : spaced)
+        if (c == ',') c = ' ';
+    std::istringstream in(spaced);
+    in.imbue(std::locale::classic());
+    double v = 0.0;
+    while (in >> v) {
+        if (!std::isfinite(v)) return false;
+        values.push_back(v);
+    }
+    return in.eof() && values.size() == count;
+}
+
+bool ReadText(const std::string& path, std::string& text) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return false;
+    text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    return true;
+}
+
+bool IsContourText(const std::string& text) {
+    for (const char c : text) {
+        if (std::isspace(static_cast<unsigned char>(c))) continue;
+        return c == '(' || c == '"';
+    }
+    return false;
+}
+
+// A drawing file read and solved: the shape and its unit; null with the message printed.
+ShapePtr ReadPlateShape(const SolidCall& call, const std::string& source, std::string& unit) {
+    std::string text;
+    if (!ReadText(source, text)) {
+        call.Fail(kBadInput, "cannot open '" + source + "'");
+        return nullptr;
+    }
+    if (IsContourText(text)) {
+        ShapeText read = ReadShapeText(platform::FromUtf8(text));
+        if (!read.shape) {
+            call.Fail(kBadInput, source + ": not a contour text: error " +
+                                     std::to_string(read.error->code) + " (" + read.error->what() +
+                                     ") at line " + std::to_string(read.error->line + 1));
+            return nullptr;
+        }
+        unit = read.unit ? platform::ToUtf8(*read.unit) : "mm";
+        return std::move(read.shape);
+    }
+    std::istringstream in(text);
+    LooseDrawing drawing;
+    ReadError error;
+    if (!ReadLooseDrawing(in, drawing, error)) {
+        call.Fail(kBadInput, source + ":" + std::to_string(error.line) + ": " + error.message);
+        return nullptr;
+    }
+    unit = drawing.unit;
+    return std::move(SolveElements(drawing.elements, 0.01).shape);
+}
+
+// An extrusion of `outer` straight through a plate `thickness` thick lying on z = 0.
+Extrusion3 ThroughOpening(const LAContour& outer, double thickness) {
+    Extrusion3 e;
+    e.SetOuterContour(outer);
+    e.SetLength(thickness + 2.0 * kOvershoot);
+    e <<= Isometry3(Translate3(0.0, 0.0, -kOvershoot));
+    return e;
+}
+
+LAContour Circle(double x, double y, double diameter) {
+    LAContour c;
+    c.push_back(LAEdge(Point2(x + diameter / 2.0, y), Point2(x, y), 2.0 * std::numbers::pi));
+    return c;
+}
+
+struct Opening {
+    std::string what;  // for messages: "--hole 2"
+    std::unique_ptr<GeometricItem3> item;
+};
+
+}  // namespace
+
+int RunPlate(const SolidCall& call) {
+    if (call.positional.size() != 1) return call.Usage("needs one drawing file");
+    std::vector<double> v;
+    if (!ParseNumbers(call.Get("thickness", ""), 1, v) || !(v[0] > 0.0))
+        return call.Usage("--thickness needs a positive number (drawing units)");
+    const double thickness = v[0];
+    std::string shown = call.Get("units", "cm");
+    if (UnitLength(shown) == 0.0) return call.Usage("--units takes mm, cm or m");
+
+    // Density: a plain number is kg/m^3; a text with units must be a mass per volume.
+    const std::string densityText = call.Get("density", "7850");
+    const munit::VUnit density(platform::FromUtf8(densityText).c_str());
+    const munit::SUnit& du = density.unit();
+    const bool plain = du.m == 0 && du.kg == 0 && du.s == 0;
+    if (!density.is_valid() || !(plain || (du.m == -3 && du.kg == 1 && du.s == 0)) ||
+        !(density.to_mks() > 0.0))
+        return call.Usage("--density needs a positive mass per volume (kg/m^3 when plain)");
+    const munit::VUnit densitySi = plain ? munit::VUnit(density.to_mks(), -3, 1, 0) : density;
+
+    std::vector<Opening> openings;
+    int n = 0;
+    for (const std::string& h : call.All("hole")) {
+        ++n;
+        if (!ParseNumbers(h, 3, v) || !(v[2] > 0.0))
+            return call.Usage("--hole takes X,Y,D with a positive diameter D, not '" + h + "'");
+        openings.push_back(
+            {"--hole " + std::to_string(n),
+             std::make_unique<Extrusion3>(ThroughOpening(Circle(v[0], v[1], v[2]), thickness))});
+    }
+    n = 0;
+    for (const std::string& c : call.All("cut")) {
+        ++n;
+        if (!ParseNumbers(c, 6, v) || std::hypot(v[3], v[4], v[5]) == 0.0)
+            return call.Usage("--cut takes PX,PY,PZ,NX,NY,NZ with a non-zero normal, not '" + c +
+                              "'");
+        openings.push_back({"--cut " + std::to_string(n),
+                            std::make_unique<HalfSpace3>(
+                                Plane3(Point3(v[0], v[1], v[2]), Vector3(v[3], v[4], v[5])))});
+    }
+
+    std::string unit;
+    const ShapePtr shape = ReadPlateShape(call, call.positional[0], unit);
+    if (!shape) return kBadInput;
+    if (UnitLength(unit) == 0.0)
+        return call.Fail(kBadInput, "unknown length unit \"" + unit + "\" (mm, cm or m)");
+    if (shape->ChildrenCount() != 1)
+        return call.Fail(kBadInput, call.positional[0] + ": the drawing makes " +
+                                        std::to_string(shape->ChildrenCount()) +
+                                        " solids; a plate is one");
+    n = 0;
+    for (const std::string& o : call.All("opening")) {
+        ++n;
+        std::string text, openingUnit;
+        if (!ReadText(o, text)) return call.Fail(kBadInput, "cannot open '" + o + "'");
+        ShapeText read = ReadShapeText(platform::FromUtf8(text));
+        if (!read.shape) return call.Fail(kBadInput, o + ": not a contour text");
+        if (read.unit && platform::ToUtf8(*read.unit) != unit)
+            return call.Fail(kBadInput, o + " is not in " + unit + ", the drawing's unit");
+        for (unsigned long i = 0; i < read.shape->ChildrenCount(); ++i)
+            openings.push_back({"--opening " + std::to_string(n),
+                                std::make_unique<Extrusion3>(ThroughOpening(
+                                    read.shape->SolidChild(i)->GetLAContour(), thickness))});
+    }
+
+    const ProSolidContour& outline = *shape->SolidChild(0);
+    Extrusion3 plate;
+    plate.SetOuterContour(outline.GetLAContour());
+    for (unsigned long i = 0; i < outline.ChildrenCount(); ++i)
+        plate.AddInnerContour(outline.ClosedChild(i)->GetLAContour());
+    plate.SetLength(thickness);
+    Solid3 solid = plate.GetSolid();
+    if (solid.Face().empty())
+        return call.Fail(kBadInput, call.positional[0] + ": the outline encloses no area");
+    for (const Opening& o : openings) {
+        BooleanResult3 cut;
+        cut.SetFirstOperand(&solid);
+        cut.SetSecondOperand(o.item.get());
+        Solid3 next = cut.GetSolid();
+        if (next.Face().empty())
+            return call.Fail(kBadInput, "subtracting " + o.what + " leaves no closed solid");
+        solid = std::move(next);
+    }
+
+    // One material for the whole plate, a steel grey.
+    const std::filesystem::path base = call.Get("out", "plate");
+    const std::string name = base.filename().string();
+    solid.SetName(platform::FromUtf8(name));
+    solid.Material().clear();
+    Material3 steel(L"plate");
+    steel.ambient = Vector3(0.25, 0.26, 0.28);
+    steel.diffuse = Vector3(0.62, 0.64, 0.68);
+    steel.specular = Vector3(0.3, 0.3, 0.3);
+    steel.illum = 2;
+    const int material = static_cast<int>(solid.AddMaterial(steel));
+    for (Face3& f : solid.Face()) f.material = material;
+
+    std::filesystem::path obj = base;
+    obj += ".obj";
+    std::filesystem::path mtl = base;
+    mtl += ".mtl";
+    std::error_code ec;
+    if (base.has_parent_path()) std::filesystem::create_directories(base.parent_path(), ec);
+    if (!solid.SavetoObj(obj))
+        return call.Fail(kCannotWrite, "cannot write '" + obj.string() + "'");
+
+    // The table, or the reason there is none (the solid is still written and measured).
+    std::string table;
+    SectionReport(*shape, unit, shown, table);
+    call.out << "Plate: " << call.positional[0] << ", drawn in " << unit << "\n\nContour text:\n"
+             << platform::ToUtf8(WriteShapeText(*shape, platform::FromUtf8(unit)))
+             << "\n\nSection figures of the outline (exact arcs, shown in " << shown << "):\n"
+             << table << "\n";
+    call.out << platform::FormatC(
+                    "Solid: %g %s thick, %zu bolt hole(s), %zu cut(s), %zu other "
+                    "opening(s) subtracted (arcs in 48 pieces a turn)\n",
+                    thickness, unit.c_str(), call.All("hole").size(), call.All("cut").size(),
+                    openings.size() - call.All("hole").size() - call.All("cut").size())
+             << SolidFigures(solid, unit);
+    const double k = UnitLength(unit);
+    const munit::VUnit volume(SolidVolume(solid) * k * k * k, 3, 0, 0);
+    const munit::VUnit mass = volume * densitySi;
+    call.out << platform::FormatC("  mass       %.4g kg at %g kg/m^3\n", mass.to_mks(),
+                                  densitySi.to_mks());
+    if (call.Has("svg")) {
+        SvgOptions o;
+        o.unit = unit;
+        o.title = "Plate outline: " + std::filesystem::path(call.positional[0]).filename().string();
+        std::ofstream svg(call.Get("svg", ""), std::ios::binary);
+        svg << ComplexContourToSvg(*shape, o);
+        if (!svg) return call.Fail(kCannotWrite, "cannot write '" + call.Get("svg", "") + "'");
+    }
+    call.out << "\nFiles: " << obj.string() << ", " << mtl.string()
+             << (call.Has("svg") ? ", " + call.Get("svg", "") : std::string()) << "\n";
+    return kDone;
+}
+
+}  // namespace quillon::tool
