@@ -2,9 +2,9 @@
 # Builds the quillon program (release) and runs the plate job on the bundled drawing: solves the
 # loose lines and arcs into one solid with holes, prints its contour text and section figures,
 # extrudes it 10 mm thick, subtracts four bolt holes and a corner cut, writes out/plate.obj,
-# out/plate.mtl, the outline picture out/plate.svg and the view out/plate.png, and prints the solid's figures. Installs the
-# Debian packages it needs when they are missing. Extra arguments go to 'quillon plate' (e.g.
-# --units mm).
+# out/plate.mtl, the outline picture out/plate.svg and the view out/plate.png, and prints the
+# solid's figures. Installs the Debian packages it needs when they are missing. Extra arguments go
+# to 'quillon plate' (e.g. --units mm).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/setup-deps.sh
