@@ -3,7 +3,8 @@
 //   quillon COMMAND [ARGS] [--OPTION VALUE | --OPTION=VALUE]...
 //   quillon --help | --version
 //
-// The commands (demo, solve, bool, section, unit) are declared in one table in cli.cpp: name,
+// The commands (demo, solve, bool, section, unit; obj-info, plate, tube in solid_commands.h) are
+// declared in one table in cli.cpp: name,
 // arguments, help, options and the function that runs them; 'quillon COMMAND --help' prints what
 // the table says. Results go to standard output, every error message to standard error.
 //
