@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -184,6 +187,78 @@ TEST(QuillonTube, ClosedTubesOfTheRingPolygonsArea) {
     for (const std::string bad : {"one.txt", "word.txt", "missing.txt"})
         EXPECT_EQ(run({"tube", scratch(bad).string(), "--diameter", "1"}).code, kBadInput) << bad;
     EXPECT_EQ(run({"tube", scratch("bent.txt").string(), "--diameter", "0"}).code, kUsage);
+}
+
+// The pixels of a PNG file made of stored deflate blocks, as the program writes them: rows of
+// RGB bytes; empty when the file is not such a PNG.
+std::vector<unsigned char> pngPixels(const std::string& png, int& w, int& h) {
+    auto u32 = [&](std::size_t at) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(png[at])) << 24 |
+               static_cast<std::uint32_t>(static_cast<unsigned char>(png[at + 1])) << 16 |
+               static_cast<std::uint32_t>(static_cast<unsigned char>(png[at + 2])) << 8 |
+               static_cast<unsigned char>(png[at + 3]);
+    };
+    if (png.compare(0, 8, "\x89PNG\r\n\x1a\n") != 0) return {};
+    std::string z;
+    for (std::size_t at = 8; at + 12 <= png.size();) {
+        const std::size_t n = u32(at);
+        const std::string type = png.substr(at + 4, 4);
+        if (type == "IHDR") w = static_cast<int>(u32(at + 8)), h = static_cast<int>(u32(at + 12));
+        if (type == "IDAT") z += png.substr(at + 8, n);
+        at += 12 + n;
+    }
+    std::string raw;
+    for (std::size_t at = 2; at + 5 <= z.size();) {
+        const std::size_t n = static_cast<unsigned char>(z[at + 1]) |
+                              static_cast<std::size_t>(static_cast<unsigned char>(z[at + 2])) << 8;
+        raw += z.substr(at + 5, n);
+        if (z[at] & 1) break;
+        at += 5 + n;
+    }
+    std::vector<unsigned char> rgb;
+    if (raw.size() != static_cast<std::size_t>(h) * (3 * w + 1)) return {};
+    for (int y = 0; y < h; ++y)
+        rgb.insert(rgb.end(), raw.begin() + y * (3 * w + 1) + 1,
+                   raw.begin() + (y + 1) * (3 * w + 1));
+    return rgb;
+}
+
+TEST(QuillonPlate, TopViewShowsThePlateWithItsHolesOpen) {
+    // A 200 x 100 plate with a hole of 40 seen from above: the drawn pixels fill the outline's
+    // box as the plate fills it, 1 - pi 20^2 / 20000, whatever the picture's scale.
+    write(scratch("holed.txt"),
+          "line 0 0 200 0\nline 200 0 200 100\nline 200 100 0 100\n"
+          "line 0 100 0 0\ncircle 50 50 20\n");
+    const std::string file = scratch("holed.png").string();
+    for (const std::string view : {"top", "iso"}) {
+        const Outcome r = run({"plate", scratch("holed.txt").string(), "--thickness", "10",
+                               "--view", view, "--png", file, "--out", scratch("holed").string()});
+        ASSERT_EQ(r.code, 0) << r.err;
+        std::ifstream in(file, std::ios::binary);
+        const std::string png((std::istreambuf_iterator<char>(in)),
+                              std::istreambuf_iterator<char>());
+        int w = 0, h = 0;
+        const std::vector<unsigned char> rgb = pngPixels(png, w, h);
+        ASSERT_FALSE(rgb.empty()) << view;
+        if (view == "iso") continue;  // only well-formed: its fill depends on the projection
+        long drawn = 0;
+        int x0 = w, x1 = -1, y0 = h, y1 = -1;
+        for (int y = 0; y < h; ++y)
+            for (int x = 0; x < w; ++x) {
+                const unsigned char* p = &rgb[(static_cast<std::size_t>(y) * w + x) * 3];
+                if (p[0] == 255 && p[1] == 255 && p[2] == 255) continue;
+                ++drawn;
+                x0 = std::min(x0, x), x1 = std::max(x1, x), y0 = std::min(y0, y),
+                y1 = std::max(y1, y);
+            }
+        const double box = double(x1 - x0 + 1) * (y1 - y0 + 1);
+        EXPECT_NEAR(drawn / box, 1.0 - 3.14159265358979 * 400.0 / 20000.0, 0.01);
+        EXPECT_NEAR(double(x1 - x0 + 1) / (y1 - y0 + 1), 2.0, 0.02);
+    }
+    EXPECT_EQ(run({"plate", scratch("holed.txt").string(), "--thickness", "10", "--view", "side",
+                   "--png", file})
+                  .code,
+              kUsage);
 }
 
 }  // namespace

@@ -315,6 +315,8 @@ const std::vector<CommandSpec>& Commands() {
           {"density", "RHO", "kg/m^3, or a text with units such as 7.85t/m^3 (default 7850)"},
           {"units", "mm|cm|m", "unit of the figures (default: cm)"},
           {"svg", "FILE", "also draw the outline into FILE"},
+          {"png", "FILE", "also draw the solid into FILE, hidden faces hidden"},
+          {"view", "iso|top|front", "the view of --png (default: iso)"},
           {"out", "NAME", "write NAME.obj and NAME.mtl (default: plate)"}},
          RunSolidCommand<RunPlate>},
         {"tube",

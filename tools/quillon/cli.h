@@ -3,9 +3,10 @@
 //   quillon COMMAND [ARGS] [--OPTION VALUE | --OPTION=VALUE]...
 //   quillon --help | --version
 //
-// The commands (demo, solve, bool, section, unit) are declared in one table in cli.cpp: name,
-// arguments, help, options and the function that runs them; 'quillon COMMAND --help' prints what
-// the table says. Results go to standard output, every error message to standard error.
+// The commands (demo, solve, bool, section, unit; obj-info, plate, tube in solid_commands.h) are
+// declared in one table in cli.cpp: name, arguments, help, options and the function that runs
+// them; 'quillon COMMAND --help' prints what the table says. Results go to standard output,
+// every error message to standard error.
 //
 // Exit codes: 0 done; 1 usage (unknown command or option, missing or malformed argument);
 // 2 bad input (a file that cannot be read or does not parse: the reader's error and where it

@@ -19,6 +19,7 @@
 #include "tools/quillon/section_report.h"
 #include "tools/quillon/solid_commands.h"
 #include "tools/quillon/solid_figures.h"
+#include "tools/quillon/solid_picture.h"
 #include "tools/quillon/svg.h"
 
 namespace quillon::tool {
@@ -151,6 +152,10 @@ int RunPlate(const SolidCall& call) {
                                 Plane3(Point3(v[0], v[1], v[2]), Vector3(v[3], v[4], v[5])))});
     }
 
+    SolidView view = SolidView::Iso;
+    if (!ParseSolidView(call.Get("view", "iso"), view))
+        return call.Usage("--view takes iso, top or front");
+
     std::string unit;
     const ShapePtr shape = ReadPlateShape(call, call.positional[0], unit);
     if (!shape) return kBadInput;
@@ -242,8 +247,15 @@ int RunPlate(const SolidCall& call) {
         svg << ComplexContourToSvg(*shape, o);
         if (!svg) return call.Fail(kCannotWrite, "cannot write '" + call.Get("svg", "") + "'");
     }
-    call.out << "\nFiles: " << obj.string() << ", " << mtl.string()
-             << (call.Has("svg") ? ", " + call.Get("svg", "") : std::string()) << "\n";
+    if (call.Has("png")) {
+        std::ofstream png(call.Get("png", ""), std::ios::binary);
+        png << SolidToPng(solid, view, 900);
+        if (!png) return call.Fail(kCannotWrite, "cannot write '" + call.Get("png", "") + "'");
+    }
+    call.out << "\nFiles: " << obj.string() << ", " << mtl.string();
+    for (const char* picture : {"svg", "png"})
+        if (call.Has(picture)) call.out << ", " << call.Get(picture, "");
+    call.out << "\n";
     return kDone;
 }
 

@@ -29,8 +29,8 @@ TEST(QuillonPlateAssimp, DemoPlateIsClosedOfItsVolumeWithThePlateMaterial) {
     std::ostringstream out, err;
     ASSERT_EQ(RunQuillon({"plate", std::string(QUILLON_SOURCE_DIR) + "/examples/plate.txt",
                           "--thickness", "10", "--hole", "40,40,18", "--hole", "360,40,18",
-                          "--hole", "360,210,18", "--hole", "40,210,18", "--cut",
-                          "400,190,0,-1,-1,0", "--out", (dir / "plate").string()},
+                          "--hole", "360,210,18", "--hole", "40,210,18", "--cut", "400,60,0,-1,1,0",
+                          "--out", (dir / "plate").string()},
                          in, out, err),
               0)
         << err.str();
@@ -74,7 +74,7 @@ TEST(QuillonPlateAssimp, DemoPlateIsClosedOfItsVolumeWithThePlateMaterial) {
     EXPECT_TRUE(closed);
 
     // 400 x 250 with corners of radius 30, openings of radius 40 and 120 x 70, four bolt holes of
-    // 18, and the corner beyond x + y = 590 cut off (a triangle of 60 x 60 less its rounded tip).
+    // 18, and the corner where x - y > 340 cut off (a triangle of 60 x 60 less its rounded tip).
     constexpr double pi = std::numbers::pi;
     const double area = 400.0 * 250.0 - (4.0 - pi) * 900.0 - pi * 1600.0 - 120.0 * 70.0 -
                         4.0 * pi * 81.0 - (1800.0 - (1.0 - pi / 4.0) * 900.0);
