@@ -107,9 +107,10 @@ TEST(QuillonPlate, VolumeIsOutlineAreaTimesThicknessLessOpenings) {
     // 120 x 70; four bolt holes of 18.
     const std::string drawing = std::string(QUILLON_SOURCE_DIR) + "/examples/plate.txt";
     const double area = 400.0 * 250.0 - (4.0 - kPi) * 900.0 - kPi * 1600.0 - 120.0 * 70.0;
+    write(scratch("holes.txt"), "# two of the bolt holes\n360 210 18\n\n40,210,18  # last\n");
     const Outcome r =
         run({"plate", drawing, "--thickness", "10", "--hole", "40,40,18", "--hole", "360 40 18",
-             "--hole", "360,210,18", "--hole", "40,210,18", "--out", scratch("p").string()});
+             "--holes", scratch("holes.txt").string(), "--out", scratch("p").string()});
     ASSERT_EQ(r.code, 0) << r.err;
     const double expected = (area - 4.0 * kPi * 81.0) * 10.0;
     const double slack = kArcShare * kPi * (900.0 + 1600.0 + 4.0 * 81.0) * 10.0;
@@ -151,6 +152,11 @@ TEST(QuillonPlate, BadInputAndUsageGiveTheirExitCodes) {
         kUsage);
     EXPECT_EQ(run({"plate", drawing, "--thickness", "5", "--density", "3 m", "--out", out}).code,
               kUsage);
+    write(scratch("bad_holes.txt"), "10 10 5\n10 10\n");
+    const Outcome holes =
+        run({"plate", drawing, "--thickness", "5", "--holes", scratch("bad_holes.txt").string()});
+    EXPECT_EQ(holes.code, kBadInput);
+    EXPECT_NE(holes.err.find("bad_holes.txt:2"), std::string::npos) << holes.err;
     write(scratch("broken.txt"), "line 0 0 1\n");
     EXPECT_EQ(run({"plate", scratch("broken.txt").string(), "--thickness", "5"}).code, kBadInput);
     EXPECT_EQ(run({"plate", scratch("none.txt").string(), "--thickness", "5"}).code, kBadInput);

@@ -310,6 +310,7 @@ const std::vector<CommandSpec>& Commands() {
          "side opposite its normal, up to 1000 drawing units deep.\n",
          {{"thickness", "T", "plate thickness, drawing units (required)"},
           {"hole", "X,Y,D", "a bolt hole of diameter D at (X, Y) (repeatable)"},
+          {"holes", "FILE", "bolt holes, one \"X Y D\" a line, '#' comments (repeatable)"},
           {"cut", "PX,PY,PZ,NX,NY,NZ", "a cut by the plane through P with normal N (repeatable)"},
           {"opening", "FILE", "a contour text cut through the plate (repeatable)"},
           {"density", "RHO", "kg/m^3, or a text with units such as 7.85t/m^3 (default 7850)"},

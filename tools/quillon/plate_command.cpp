@@ -141,6 +141,25 @@ int RunPlate(const SolidCall& call) {
             {"--hole " + std::to_string(n),
              std::make_unique<Extrusion3>(ThroughOpening(Circle(v[0], v[1], v[2]), thickness))});
     }
+    // Files of bolt holes: one "X Y D" (or X,Y,D) a line; '#' starts a comment.
+    for (const std::string& f : call.All("holes")) {
+        std::string text;
+        if (!ReadText(f, text)) return call.Fail(kBadInput, "cannot open '" + f + "'");
+        std::istringstream lines(text);
+        std::string line;
+        for (int lineNo = 1; std::getline(lines, line); ++lineNo) {
+            line = line.substr(0, line.find('#'));
+            if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
+            if (!ParseNumbers(line, 3, v) || !(v[2] > 0.0))
+                return call.Fail(kBadInput, f + ":" + std::to_string(lineNo) +
+                                                ": a hole is X Y D with a positive diameter D");
+            ++n;
+            openings.push_back(
+                {f + ":" + std::to_string(lineNo), std::make_unique<Extrusion3>(ThroughOpening(
+                                                       Circle(v[0], v[1], v[2]), thickness))});
+        }
+    }
+    const std::size_t holeCount = openings.size();
     n = 0;
     for (const std::string& c : call.All("cut")) {
         ++n;
@@ -231,8 +250,8 @@ int RunPlate(const SolidCall& call) {
     call.out << platform::FormatC(
                     "Solid: %g %s thick, %zu bolt hole(s), %zu cut(s), %zu other "
                     "opening(s) subtracted (arcs in 48 pieces a turn)\n",
-                    thickness, unit.c_str(), call.All("hole").size(), call.All("cut").size(),
-                    openings.size() - call.All("hole").size() - call.All("cut").size())
+                    thickness, unit.c_str(), holeCount, call.All("cut").size(),
+                    openings.size() - holeCount - call.All("cut").size())
              << SolidFigures(solid, unit);
     const double k = UnitLength(unit);
     const munit::VUnit volume(SolidVolume(solid) * k * k * k, 3, 0, 0);
