@@ -62,7 +62,10 @@ std::string box(bool clockwise, int skip = -1) {
     for (int f = 0; f < 6; ++f) {
         if (f == skip) continue;
         s += "f";
-        for (int k = 0; k < 4; ++k) s += " " + std::to_string(faces[f][clockwise ? 3 - k : k]);
+        for (int k = 0; k < 4; ++k) {
+            s += ' ';
+            s += std::to_string(faces[f][clockwise ? 3 - k : k]);
+        }
         s += "\n";
     }
     return s;
