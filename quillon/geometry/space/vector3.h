@@ -5,7 +5,8 @@
 // others in place (`pnt()`, `vec()`, `nod()`), and a point's or vector's first two and last two
 // coordinates can be viewed in place as the plane types (`pnt_xy`, `pnt_yz`, `vec_xy`, `vec_yz`);
 // the other coordinate pairs come back as copies, since they are not adjacent in memory. That is
-// why the types are kept standard-layout with exactly three doubles and nothing else.
+// why the types are kept standard-layout with exactly three doubles and nothing else, and are
+// declared `may_alias` like the plane types (see vector2.h).
 //
 // `Vector3::operator*` is the dot product and `operator%` the cross product, as in the plane.
 // Nothing here throws; a zero vector normalises to itself.
@@ -22,7 +23,7 @@ struct Point3;
 struct Vector3;
 struct Node3;
 
-struct Point3 {
+struct QUILLON_VIEW_TYPE Point3 {
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
@@ -90,7 +91,7 @@ struct Point3 {
     Point3& operator/=(double s) { return set(x / s, y / s, z / s); }
 };
 
-struct Vector3 {
+struct QUILLON_VIEW_TYPE Vector3 {
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
@@ -180,7 +181,7 @@ struct Vector3 {
     Vector3& operator/=(double s) { return set(x / s, y / s, z / s); }
 };
 
-struct Node3 {
+struct QUILLON_VIEW_TYPE Node3 {
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
