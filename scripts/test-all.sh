@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # Builds Quillon and runs every test, the way CI does:
 #   1. gcc, Debug, AddressSanitizer + UndefinedBehaviorSanitizer (leaks fail), warnings as errors;
-#   2. clang, RelWithDebInfo, warnings as errors;
-#   3. a small outside program built against the installed package and through add_subdirectory;
-#   4. the Python module (built with the clang preset) under pytest, with Debian's python3.
+#   2. gcc, Release (-O3), warnings as errors: the build users ship, where the optimiser's
+#      assumptions (aliasing, inlining) are strongest;
+#   3. clang, RelWithDebInfo, warnings as errors;
+#   4. a small outside program built against the installed package and through add_subdirectory;
+#   5. the Python module (built with the clang preset) under pytest, with Debian's python3.
 # Installs the Debian packages it needs when they are missing. Exits non-zero on any failure.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -47,6 +49,7 @@ run_preset() {
 # Debian's interpreter, whatever python3 comes first on the PATH.
 python=/usr/bin/python3
 run_preset debug
+run_preset release
 run_preset clang -DQUILLON_BUILD_PYTHON=ON -DPython_EXECUTABLE="$python"
 
 echo "=== consumer: installed package and add_subdirectory ==="
