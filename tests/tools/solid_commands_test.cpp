@@ -163,6 +163,15 @@ TEST(QuillonPlate, BadInputAndUsageGiveTheirExitCodes) {
     write(scratch("broken.txt"), "line 0 0 1\n");
     EXPECT_EQ(run({"plate", scratch("broken.txt").string(), "--thickness", "5"}).code, kBadInput);
     EXPECT_EQ(run({"plate", scratch("none.txt").string(), "--thickness", "5"}).code, kBadInput);
+    // A contour text is checked like every shape input: a bow tie is refused, and --fix rebuilds
+    // it into two triangles, which are not one plate.
+    const std::string bowTie = "(((S((L 0 0)(L 10 10)(L 10 0)(L 0 10)) 0 ())))";
+    const Outcome refused = run({"plate", bowTie, "--thickness", "1", "--out", out});
+    EXPECT_EQ(refused.code, kBadInput);
+    EXPECT_NE(refused.err.find("crosses or runs along itself"), std::string::npos) << refused.err;
+    const Outcome fixed = run({"plate", bowTie, "--thickness", "1", "--fix", "--out", out});
+    EXPECT_EQ(fixed.code, kBadInput);
+    EXPECT_NE(fixed.err.find("makes 2 solids"), std::string::npos) << fixed.err;
     // A cut that takes the whole plate away.
     const Outcome all =
         run({"plate", drawing, "--thickness", "5", "--cut", "0,0,0,-1,0,0", "--out", out});

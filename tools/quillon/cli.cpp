@@ -229,13 +229,6 @@ int RunUnit(const Invocation& call) {
     return code;
 }
 
-// The commands of space take their call in a form of their own (solid_commands.h).
-template <int (*Run)(const SolidCall&)>
-int RunSolidCommand(const Invocation& call) {
-    return Run(SolidCall{call.command.name, call.command.UsageLine(), call.positional, call.given,
-                         call.out, call.err});
-}
-
 const std::vector<CommandSpec>& Commands() {
     static const std::vector<CommandSpec> table = {
         {"demo",
@@ -298,7 +291,7 @@ const std::vector<CommandSpec>& Commands() {
          "material counts, its extents, whether its surface is closed and, when it is, the volume\n"
          "it encloses, in the file's own units.\n",
          {},
-         RunSolidCommand<RunObjInfo>},
+         RunObjInfo},
         {"plate",
          "DRAWING",
          "a drawing extruded to a plate, holes and cuts subtracted, written as OBJ + MTL",
@@ -313,13 +306,15 @@ const std::vector<CommandSpec>& Commands() {
           {"holes", "FILE", "bolt holes, one \"X Y D\" a line, '#' comments (repeatable)"},
           {"cut", "PX,PY,PZ,NX,NY,NZ", "a cut by the plane through P with normal N (repeatable)"},
           {"opening", "FILE", "a contour text cut through the plate (repeatable)"},
+          {"eps", "E", "join points closer than E (drawing units, default 0.01)"},
+          kFixOption,
           {"density", "RHO", "kg/m^3, or a text with units such as 7.85t/m^3 (default 7850)"},
           {"units", "mm|cm|m", "unit of the figures (default: cm)"},
           {"svg", "FILE", "also draw the outline into FILE"},
           {"png", "FILE", "also draw the solid into FILE, hidden faces hidden"},
           {"view", "iso|top|front", "the view of --png (default: iso)"},
           {"out", "NAME", "write NAME.obj and NAME.mtl (default: plate)"}},
-         RunSolidCommand<RunPlate>},
+         RunPlate},
         {"tube",
          "PATH",
          "a polyline in space swept by a circle, written as OBJ",
@@ -329,7 +324,7 @@ const std::vector<CommandSpec>& Commands() {
          {{"diameter", "D", "tube diameter, path units (required)"},
           {"segments", "N", "points a ring (default 24)"},
           {"out", "NAME", "write NAME.obj (default: tube)"}},
-         RunSolidCommand<RunTube>},
+         RunTube},
     };
     return table;
 }

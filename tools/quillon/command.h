@@ -36,6 +36,13 @@ struct Invocation {
         const auto it = options.find(name);
         return it == options.end() ? fallback : it->second;
     }
+    // Every value given for a repeatable option, in the order given.
+    std::vector<std::string> All(const std::string& name) const {
+        std::vector<std::string> values;
+        for (const auto& [option, value] : given)
+            if (option == name) values.push_back(value);
+        return values;
+    }
     // An error message on standard error, prefixed by the command, and the exit code.
     int Fail(int code, const std::string& message) const;
     // A note on standard error, prefixed by the command; the command goes on.

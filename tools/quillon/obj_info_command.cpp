@@ -11,7 +11,7 @@
 
 namespace quillon::tool {
 
-int RunObjInfo(const SolidCall& call) {
+int RunObjInfo(const Invocation& call) {
     if (call.positional.size() != 1) return call.Usage("needs one OBJ file");
     const std::filesystem::path path = call.positional[0];
     std::error_code ec;

@@ -17,6 +17,7 @@
 #include "tools/quillon/cli.h"
 #include "tools/quillon/loose_elements.h"
 #include "tools/quillon/section_report.h"
+#include "tools/quillon/shape_input.h"
 #include "tools/quillon/solid_commands.h"
 #include "tools/quillon/solid_figures.h"
 #include "tools/quillon/solid_picture.h"
@@ -46,13 +47,6 @@ bool ParseNumbers(const std::string& text, std::size_t count, std::vector<double
     return in.eof() && values.size() == count;
 }
 
-bool ReadText(const std::string& path, std::string& text) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return false;
-    text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    return true;
-}
-
 bool IsContourText(const std::string& text) {
     for (const char c : text) {
         if (std::isspace(static_cast<unsigned char>(c))) continue;
@@ -61,33 +55,28 @@ bool IsContourText(const std::string& text) {
     return false;
 }
 
-// A drawing file read and solved: the shape and its unit; null with the message printed.
-ShapePtr ReadPlateShape(const SolidCall& call, const std::string& source, std::string& unit) {
-    std::string text;
-    if (!ReadText(source, text)) {
-        call.Fail(kBadInput, "cannot open '" + source + "'");
-        return nullptr;
+// The plate's outline, from a file, standard input or the text itself: a contour text takes the
+// checked way of every shape input (healed, validated, refused or rebuilt with --fix); loose lines
+// and arcs are solved at eps. Null with the message printed.
+ShapePtr ReadPlateShape(const Invocation& call, double eps, std::string& unit, std::string& name) {
+    const std::optional<InputText> input = ReadInput(call, call.positional[0]);
+    if (!input) return nullptr;
+    name = input->name;
+    if (IsContourText(input->text)) {
+        std::optional<ShapeInput> read = CheckShapeInput(call, *input, "", eps);
+        if (!read) return nullptr;
+        unit = read->unit.empty() ? "mm" : read->unit;
+        return std::move(read->shape);
     }
-    if (IsContourText(text)) {
-        ShapeText read = ReadShapeText(platform::FromUtf8(text));
-        if (!read.shape) {
-            call.Fail(kBadInput, source + ": not a contour text: error " +
-                                     std::to_string(read.error->code) + " (" + read.error->what() +
-                                     ") at line " + std::to_string(read.error->line + 1));
-            return nullptr;
-        }
-        unit = read.unit ? platform::ToUtf8(*read.unit) : "mm";
-        return std::move(read.shape);
-    }
-    std::istringstream in(text);
+    std::istringstream in(input->text);
     LooseDrawing drawing;
     ReadError error;
     if (!ReadLooseDrawing(in, drawing, error)) {
-        call.Fail(kBadInput, source + ":" + std::to_string(error.line) + ": " + error.message);
+        call.Fail(kBadInput, input->name + ":" + std::to_string(error.line) + ": " + error.message);
         return nullptr;
     }
     unit = drawing.unit;
-    return std::move(SolveElements(drawing.elements, 0.01).shape);
+    return std::move(SolveElements(drawing.elements, eps).shape);
 }
 
 // An extrusion of `outer` straight through a plate `thickness` thick lying on z = 0.
@@ -112,7 +101,7 @@ struct Opening {
 
 }  // namespace
 
-int RunPlate(const SolidCall& call) {
+int RunPlate(const Invocation& call) {
     if (call.positional.size() != 1) return call.Usage("needs one drawing file");
     std::vector<double> v;
     if (!ParseNumbers(call.Get("thickness", ""), 1, v) || !(v[0] > 0.0))
@@ -143,20 +132,20 @@ int RunPlate(const SolidCall& call) {
     }
     // Files of bolt holes: one "X Y D" (or X,Y,D) a line; '#' starts a comment.
     for (const std::string& f : call.All("holes")) {
-        std::string text;
-        if (!ReadText(f, text)) return call.Fail(kBadInput, "cannot open '" + f + "'");
-        std::istringstream lines(text);
+        const std::optional<InputText> input = ReadInput(call, f);
+        if (!input) return kBadInput;
+        std::istringstream lines(input->text);
         std::string line;
         for (int lineNo = 1; std::getline(lines, line); ++lineNo) {
             line = line.substr(0, line.find('#'));
             if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
             if (!ParseNumbers(line, 3, v) || !(v[2] > 0.0))
-                return call.Fail(kBadInput, f + ":" + std::to_string(lineNo) +
+                return call.Fail(kBadInput, input->name + ":" + std::to_string(lineNo) +
                                                 ": a hole is X Y D with a positive diameter D");
             ++n;
-            openings.push_back(
-                {f + ":" + std::to_string(lineNo), std::make_unique<Extrusion3>(ThroughOpening(
-                                                       Circle(v[0], v[1], v[2]), thickness))});
+            openings.push_back({input->name + ":" + std::to_string(lineNo),
+                                std::make_unique<Extrusion3>(
+                                    ThroughOpening(Circle(v[0], v[1], v[2]), thickness))});
         }
     }
     const std::size_t holeCount = openings.size();
@@ -175,28 +164,28 @@ int RunPlate(const SolidCall& call) {
     if (!ParseSolidView(call.Get("view", "iso"), view))
         return call.Usage("--view takes iso, top or front");
 
-    std::string unit;
-    const ShapePtr shape = ReadPlateShape(call, call.positional[0], unit);
+    double eps = 0.01;
+    if (!ReadEpsOption(call, eps)) return call.Usage("--eps needs a positive number");
+    std::string unit, name;
+    const ShapePtr shape = ReadPlateShape(call, eps, unit, name);
     if (!shape) return kBadInput;
     if (UnitLength(unit) == 0.0)
         return call.Fail(kBadInput, "unknown length unit \"" + unit + "\" (mm, cm or m)");
     if (shape->ChildrenCount() != 1)
-        return call.Fail(kBadInput, call.positional[0] + ": the drawing makes " +
+        return call.Fail(kBadInput, name + ": the drawing makes " +
                                         std::to_string(shape->ChildrenCount()) +
                                         " solids; a plate is one");
     n = 0;
     for (const std::string& o : call.All("opening")) {
         ++n;
-        std::string text, openingUnit;
-        if (!ReadText(o, text)) return call.Fail(kBadInput, "cannot open '" + o + "'");
-        ShapeText read = ReadShapeText(platform::FromUtf8(text));
-        if (!read.shape) return call.Fail(kBadInput, o + ": not a contour text");
-        if (read.unit && platform::ToUtf8(*read.unit) != unit)
-            return call.Fail(kBadInput, o + " is not in " + unit + ", the drawing's unit");
-        for (unsigned long i = 0; i < read.shape->ChildrenCount(); ++i)
+        const std::optional<ShapeInput> read = ReadShapeInput(call, o, "", eps);
+        if (!read) return kBadInput;
+        if (!read->unit.empty() && read->unit != unit)
+            return call.Fail(kBadInput, read->name + " is not in " + unit + ", the drawing's unit");
+        for (unsigned long i = 0; i < read->shape->ChildrenCount(); ++i)
             openings.push_back({"--opening " + std::to_string(n),
                                 std::make_unique<Extrusion3>(ThroughOpening(
-                                    read.shape->SolidChild(i)->GetLAContour(), thickness))});
+                                    read->shape->SolidChild(i)->GetLAContour(), thickness))});
     }
 
     const ProSolidContour& outline = *shape->SolidChild(0);
@@ -206,8 +195,7 @@ int RunPlate(const SolidCall& call) {
         plate.AddInnerContour(outline.ClosedChild(i)->GetLAContour());
     plate.SetLength(thickness);
     Solid3 solid = plate.GetSolid();
-    if (solid.Face().empty())
-        return call.Fail(kBadInput, call.positional[0] + ": the outline encloses no area");
+    if (solid.Face().empty()) return call.Fail(kBadInput, name + ": the outline encloses no area");
     for (const Opening& o : openings) {
         BooleanResult3 cut;
         cut.SetFirstOperand(&solid);
@@ -220,8 +208,7 @@ int RunPlate(const SolidCall& call) {
 
     // One material for the whole plate, a steel grey.
     const std::filesystem::path base = call.Get("out", "plate");
-    const std::string name = base.filename().string();
-    solid.SetName(platform::FromUtf8(name));
+    solid.SetName(platform::FromUtf8(base.filename().string()));
     solid.Material().clear();
     Material3 steel(L"plate");
     steel.ambient = Vector3(0.25, 0.26, 0.28);
@@ -243,7 +230,7 @@ int RunPlate(const SolidCall& call) {
     // The table, or the reason there is none (the solid is still written and measured).
     std::string table;
     SectionReport(*shape, unit, shown, table);
-    call.out << "Plate: " << call.positional[0] << ", drawn in " << unit << "\n\nContour text:\n"
+    call.out << "Plate: " << name << ", drawn in " << unit << "\n\nContour text:\n"
              << platform::ToUtf8(WriteShapeText(*shape, platform::FromUtf8(unit)))
              << "\n\nSection figures of the outline (exact arcs, shown in " << shown << "):\n"
              << table << "\n";
@@ -261,7 +248,7 @@ int RunPlate(const SolidCall& call) {
     if (call.Has("svg")) {
         SvgOptions o;
         o.unit = unit;
-        o.title = "Plate outline: " + std::filesystem::path(call.positional[0]).filename().string();
+        o.title = "Plate outline: " + std::filesystem::path(name).filename().string();
         std::ofstream svg(call.Get("svg", ""), std::ios::binary);
         svg << ComplexContourToSvg(*shape, o);
         if (!svg) return call.Fail(kCannotWrite, "cannot write '" + call.Get("svg", "") + "'");

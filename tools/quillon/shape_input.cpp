@@ -71,8 +71,13 @@ std::optional<ShapeInput> ReadShapeInput(const Invocation& call, const std::stri
                                          const std::string& label, double eps) {
     const std::optional<InputText> input = ReadInput(call, argument);
     if (!input) return std::nullopt;
-    const std::string name = label.empty() ? input->name : label;
-    ShapeText read = ReadShapeText(platform::FromUtf8(input->text));
+    return CheckShapeInput(call, *input, label, eps);
+}
+
+std::optional<ShapeInput> CheckShapeInput(const Invocation& call, const InputText& input,
+                                          const std::string& label, double eps) {
+    const std::string name = label.empty() ? input.name : label;
+    ShapeText read = ReadShapeText(platform::FromUtf8(input.text));
     if (!read.shape) {
         const ContourTextError& e = *read.error;
         call.Fail(kBadInput, name + " is not a contour text: error " + std::to_string(e.code) +

@@ -58,6 +58,11 @@ struct ShapeInput {
 std::optional<ShapeInput> ReadShapeInput(const Invocation& call, const std::string& argument,
                                          const std::string& label, double eps);
 
+// The same steps for a text already read (a command that must look at the text first, such as one
+// taking either loose elements or a contour text, reads standard input only once).
+std::optional<ShapeInput> CheckShapeInput(const Invocation& call, const InputText& input,
+                                          const std::string& label, double eps);
+
 // The --eps option: true when absent (eps unchanged) or a positive finite number (eps set).
 bool ReadEpsOption(const Invocation& call, double& eps);
 

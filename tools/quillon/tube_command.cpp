@@ -45,7 +45,7 @@ bool ReadPath(std::istream& in, Mvector<Point3>& path, int& badLine) {
 
 }  // namespace
 
-int RunTube(const SolidCall& call) {
+int RunTube(const Invocation& call) {
     if (call.positional.size() != 1) return call.Usage("needs one path file");
     const std::string d = call.Get("diameter", "");
     std::size_t used = 0;
