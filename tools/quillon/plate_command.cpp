@@ -1,5 +1,6 @@
 // quillon plate: a drawing (loose elements or a contour text) extruded to a plate of the given
 // thickness, bolt holes, cuts by planes and extruded openings subtracted, written as OBJ + MTL.
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <filesystem>
@@ -12,6 +13,7 @@
 
 #include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/geometry/space/geometric_item3.h"
+#include "quillon/geometry/space/solid3_inter.h"
 #include "quillon/platform/text.h"
 #include "quillon/units/vunit.h"
 #include "tools/quillon/cli.h"
@@ -98,6 +100,43 @@ struct Opening {
     std::string what;  // for messages: "--hole 2"
     std::unique_ptr<GeometricItem3> item;
 };
+
+// The openings in groups whose members keep apart in plan (bounding boxes with a gap between), in
+// the order given; cuts by planes reach everywhere and stay alone.
+std::vector<std::vector<std::size_t>> ApartGroups(const std::vector<Opening>& openings) {
+    struct Box {
+        double x0, y0, x1, y1;
+    };
+    std::vector<std::vector<std::size_t>> groups;
+    std::vector<std::vector<Box>> boxes;
+    for (std::size_t i = 0; i < openings.size(); ++i) {
+        Point3 lo, hi;
+        const bool prism = dynamic_cast<const Extrusion3*>(openings[i].item.get()) != nullptr;
+        if (!prism || !openings[i].item->GetSolid().GetExtents(lo, hi)) {
+            groups.push_back({i});
+            boxes.emplace_back();
+            continue;
+        }
+        const double gap =
+            1e-6 *
+            (1.0 + std::max({std::fabs(lo.x), std::fabs(lo.y), std::fabs(hi.x), std::fabs(hi.y)}));
+        const Box b{lo.x - gap, lo.y - gap, hi.x + gap, hi.y + gap};
+        const auto apart = [&b](const Box& o) {
+            return b.x1 < o.x0 || o.x1 < b.x0 || b.y1 < o.y0 || o.y1 < b.y0;
+        };
+        std::size_t g = 0;
+        while (g < groups.size() &&
+               (boxes[g].empty() || !std::all_of(boxes[g].begin(), boxes[g].end(), apart)))
+            ++g;
+        if (g == groups.size()) {
+            groups.emplace_back();
+            boxes.emplace_back();
+        }
+        groups[g].push_back(i);
+        boxes[g].push_back(b);
+    }
+    return groups;
+}
 
 }  // namespace
 
@@ -196,14 +235,29 @@ int RunPlate(const Invocation& call) {
     plate.SetLength(thickness);
     Solid3 solid = plate.GetSolid();
     if (solid.Face().empty()) return call.Fail(kBadInput, name + ": the outline encloses no area");
-    for (const Opening& o : openings) {
-        BooleanResult3 cut;
-        cut.SetFirstOperand(&solid);
-        cut.SetSecondOperand(o.item.get());
-        Solid3 next = cut.GetSolid();
-        if (next.Face().empty())
-            return call.Fail(kBadInput, "subtracting " + o.what + " leaves no closed solid");
-        solid = std::move(next);
+    for (const std::vector<std::size_t>& group : ApartGroups(openings)) {
+        if (group.size() > 1) {
+            // Openings apart from one another are one solid of separate pieces: one boolean for
+            // all of them instead of one each, which keeps hundreds of bolt holes fast.
+            Solid3 together(solid.GetEps());
+            for (const std::size_t i : group) together.Merge(openings[i].item->GetSolid());
+            Solid3 next(solid.GetEps());
+            if (BoolSubstract(solid, together, next, nullptr) && !next.Face().empty()) {
+                solid = std::move(next);
+                continue;
+            }
+        }
+        // One at a time, so that a failure names its opening.
+        for (const std::size_t i : group) {
+            BooleanResult3 cut;
+            cut.SetFirstOperand(&solid);
+            cut.SetSecondOperand(openings[i].item.get());
+            Solid3 next = cut.GetSolid();
+            if (next.Face().empty())
+                return call.Fail(kBadInput,
+                                 "subtracting " + openings[i].what + " leaves no closed solid");
+            solid = std::move(next);
+        }
     }
 
     // One material for the whole plate, a steel grey.
