@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <locale>
+#include <optional>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -13,6 +13,7 @@
 #include "quillon/geometry/space/tube3d.h"
 #include "quillon/platform/text.h"
 #include "tools/quillon/cli.h"
+#include "tools/quillon/shape_input.h"
 #include "tools/quillon/solid_commands.h"
 #include "tools/quillon/solid_figures.h"
 
@@ -57,21 +58,22 @@ int RunTube(const Invocation& call) {
     if (used != s.size() || segments < 3 || segments > 1000)
         return call.Usage("--segments takes a whole number from 3 to 1000");
 
-    std::ifstream file(call.positional[0], std::ios::binary);
-    if (!file) return call.Fail(kBadInput, "cannot open '" + call.positional[0] + "'");
+    const std::optional<InputText> input = ReadInput(call, call.positional[0]);
+    if (!input) return kBadInput;
+    std::istringstream text(input->text);
     Mvector<Point3> path;
     int badLine = 0;
-    if (!ReadPath(file, path, badLine))
-        return call.Fail(kBadInput, call.positional[0] + ":" + std::to_string(badLine) +
-                                        ": expected a point: x y z");
+    if (!ReadPath(text, path, badLine))
+        return call.Fail(kBadInput,
+                         input->name + ":" + std::to_string(badLine) + ": expected a point: x y z");
     if (path.size() < 2)
-        return call.Fail(kBadInput, call.positional[0] + ": a path needs two points at least");
+        return call.Fail(kBadInput, input->name + ": a path needs two points at least");
 
     Mvector<Point3> points;
     Mvector<Vector3> normals;
     Mmatrix<std::size_t> faces;
     if (!BRNF_Tube3D(points, normals, faces, path, diameter, segments, segments) || faces.empty())
-        return call.Fail(kBadInput, call.positional[0] + ": no tube along this path");
+        return call.Fail(kBadInput, input->name + ": no tube along this path");
 
     // Cap points coincide with the end rings' points: merged, so that the surface is closed.
     Solid3 tube(diameter * 1e-9);
@@ -94,7 +96,7 @@ int RunTube(const Invocation& call) {
         for (Face3& f : tube.Face()) std::reverse(f.loop.begin(), f.loop.end());
     tube.GenerateEdges();
     if (!SolidIsClosed(tube))
-        return call.Fail(kBadInput, call.positional[0] +
+        return call.Fail(kBadInput, input->name +
                                         ": the tube is not closed: a segment runs along the "
                                         "normal of the path's first bend, which flattens its ring");
 
