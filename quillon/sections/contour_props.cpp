@@ -169,7 +169,7 @@ void AddArcBounds(BoundRect2& b, const LAEdge& e) {
     b.point(e.end_arc());
     const Vector2 v0 = e.start - e.centre;
     const double r = v0.length();
-    if (!(r > 0.0) || !std::isfinite(e.angle)) return;
+    if (!(r > 0.0) || !std::isfinite(e.angle)) return;  // mutate: off (adds only the start again)
     if (std::fabs(e.angle) >= kTwoPi) {
         b.circle(e.centre, r);
         return;

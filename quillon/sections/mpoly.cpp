@@ -20,7 +20,7 @@ void AddPolygonProps(const Point2* pts, int n, double s, M_SECT_PROPStr& acc) {
         const double dy = y1 - y2;
         const double l2 = dx * dx + dy * dy;
         area += t;
-        perim += l2 > 0.0 ? std::sqrt(l2) : 0.0;
+        perim += std::sqrt(l2);
         sx += t * (y1 + y2);
         sy += t * (x1 + x2);
         ix += t * (y1 * y1 + y2 * y2 + y1 * y2);
@@ -36,7 +36,7 @@ void AddPolygonProps(const Point2* pts, int n, double s, M_SECT_PROPStr& acc) {
     acc.Ix += w * ix / 6.0;
     acc.Iy += w * iy / 6.0;
     acc.Ixy += w * ixy / 6.0;
-    if (w > 0.0) acc.perimeter += perim;
+    if (w > 0.0) acc.perimeter += perim;  // mutate: off (w is ±s, never 0)
 }
 
 short MPoly::get_point(int i, Point2& p) const {

@@ -184,6 +184,12 @@ TEST(ContourProps, GapAfterAnArcIsClosedByAStraightEdge) {
     EXPECT_EQ(box.pnt1().y, 0.0);
     EXPECT_EQ(box.pnt2().y, 2.0);
     EXPECT_EQ(box.pnt1().x, -2.0);
+    // Clockwise from the bottom through the left to the top: below -pi the quadrants wrap.
+    LAContour left;
+    left.push_back(LAEdge(Point2(0, -2), Point2(0, 0), -kPi));
+    const Rect2 lbox = ContourExtents(*Shape(left));
+    EXPECT_EQ(lbox.pnt1().x, -2.0);
+    EXPECT_EQ(lbox.pnt2().y, 2.0);
 }
 
 TEST(ContourProps, ThinSegmentsKeepTheirRelativePrecision) {

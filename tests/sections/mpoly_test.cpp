@@ -184,9 +184,10 @@ TEST(MPolySet, RectangleIntegralsAndPerimeterRules) {
     EXPECT_DOUBLE_EQ(q.Ix, p.Ix);
     EXPECT_DOUBLE_EQ(q.perimeter, 24.0);
 
-    // Two-vertex polygons contribute nothing.
-    ring.outlines.push_back(MPoly{{10, 10}, {20, 30}});
+    // Polygons without area contribute nothing, not even their length.
+    ring.outlines.push_back(MPoly{{10, 10}, {20, 30}, {30, 50}});
     EXPECT_DOUBLE_EQ(Props(ring).area, 12.0);
+    EXPECT_DOUBLE_EQ(Props(ring).perimeter, 24.0);
 }
 
 TEST(MPolySet, MomentsInvariantUnderVertexRotationAndParallelAxisOnTranslation) {
