@@ -25,7 +25,7 @@ struct OddTerm {
 // leading powers, and a thin segment keeps its full relative precision.
 template <std::size_t N>
 double OddTrigSum(const std::array<OddTerm, N>& terms, double b) {
-    if (!(std::fabs(b) < 1.0)) {
+    if (!(std::fabs(b) < 1.0)) {  // mutate: off (both sums agree at |b| = 1)
         double s = 0.0;
         for (const OddTerm& t : terms)
             s += t.c * (t.sine ? std::sin(t.a * b) : b * std::cos(t.a * b));
@@ -169,7 +169,7 @@ void AddArcBounds(BoundRect2& b, const LAEdge& e) {
     b.point(e.end_arc());
     const Vector2 v0 = e.start - e.centre;
     const double r = v0.length();
-    if (!(r > 0.0) || !std::isfinite(e.angle)) return;
+    if (!(r > 0.0) || !std::isfinite(e.angle)) return;  // mutate: off (adds only the start again)
     if (std::fabs(e.angle) >= kTwoPi) {
         b.circle(e.centre, r);
         return;

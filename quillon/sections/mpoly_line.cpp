@@ -35,7 +35,7 @@ double CLine2::dist(const Point2& p) const {
 }
 
 short LineCross(const CLine2& l1, const CLine2& l2, Point2& p) {
-    if (!l1 || !l2) return -1;
+    // An invalid line (a = b = 0) makes d zero, so it meets nothing.
     const double d = l1.a * l2.b - l2.a * l1.b;
     if (std::fabs(d) < kSectionEps) return -1;
     p.set((l1.b * l2.c - l2.b * l1.c) / d, (l1.c * l2.a - l2.c * l1.a) / d);

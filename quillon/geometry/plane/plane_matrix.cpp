@@ -146,7 +146,7 @@ Matrix3x2& _Mat_Tran(const Matrix3x2& A, const Translate2& T, Matrix3x2& M) {
 
 short _Inverse(const Matrix2& M, Matrix2& R) {
     const double det = M.det();
-    if (std::fabs(det) < kSingularDet) {
+    if (std::fabs(det) < kSingularDet) {  // mutate: off (exactly at the singular limit)
         R = M;
         return -1;
     }

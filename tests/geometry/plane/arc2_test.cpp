@@ -56,6 +56,7 @@ TEST(Arc2, AbcPassesThroughTheMiddlePointInAllFourTurningCases) {
     };
     const Case cases[] = {
         {0.0, kPi / 4.0, kPi / 2.0, kPi / 2.0},     // counter-clockwise, short
+        {0.0, 0.2, 0.5, 0.5},                       // counter-clockwise, under a radian
         {0.0, kPi, -kPi / 2.0, 3.0 * kPi / 2.0},    // counter-clockwise, long
         {0.0, -kPi / 4.0, -kPi / 2.0, -kPi / 2.0},  // clockwise, short
         {0.0, kPi, kPi / 2.0, -3.0 * kPi / 2.0},    // clockwise, long
@@ -77,6 +78,7 @@ TEST(Arc2, AbcPassesThroughTheMiddlePointInAllFourTurningCases) {
 
     // The two-point form takes the start from P; Q is ignored, the sweep fixes the end.
     const Arc2 pq(Circle2(o, r), at(1.0), at(2.5), 0.5);
+    EXPECT_TRUE(pq.is_valid());
     EXPECT_NEAR(pq.get_startAngle(), 1.0, 1e-14);
     ExpectNear(pq.get_end(), at(1.5), 1e-12);
     EXPECT_FALSE(Arc2().is_valid());
@@ -143,11 +145,12 @@ TEST(BoundRect2, PointsUnionsAndEmptiness) {
 
     EXPECT_FALSE(static_cast<bool>(empty + empty));
     ExpectBox(empty + b, lb, rt);
-    other.circle(Point2(10, 0), 1.0);
+    other.circle(Point2(10, 0), 0.5);
+    ExpectBox(other, Point2(9.5, -0.5), Point2(10.5, 0.5));
     BoundRect2 all = b + other + empty;
-    ExpectBox(all, Point2(-2, -1), Point2(11, 8));
+    ExpectBox(all, Point2(-2, -1), Point2(10.5, 8));
     all.move_by(Vector2(1, 1));
-    ExpectBox(all, Point2(-1, 0), Point2(12, 9));
+    ExpectBox(all, Point2(-1, 0), Point2(11.5, 9));
     all.reset();
     EXPECT_FALSE(all.is_valid());
 }

@@ -34,7 +34,8 @@ TEST(Clip2, OutcodesAndHalfPlane) {
     Clip2 c(0, 1, 0, 1);
     EXPECT_EQ(c.point_code(Point2(-1, -1)), 1 + 4);
     EXPECT_EQ(c.point_code(Point2(2, 2)), 2 + 8);
-    EXPECT_EQ(c.point_code(Point2(1, 0)), 0);  // on the limits: inside
+    for (const Point2 p : {Point2(0, 0.5), Point2(1, 0.5), Point2(0.5, 0), Point2(0.5, 1)})
+        EXPECT_EQ(c.point_code(p), 0);  // on the limits: inside
 
     Clip2 half;
     half.set_xL(0.0);

@@ -156,6 +156,7 @@ TEST(Contour2, PointOnEdgeGrowsTheContourToleranceDeliberately) {
 }
 
 TEST(Contour2, PointInsideAndContainsOnSimpleCases) {
+    EXPECT_EQ(Contour2().PointInside({0, 0}), 0);
     // Repeated vertices (zero-length edges) change neither test.
     const Contour2 sq(Square(0, 0, 2), 1e-10),
         rep({{0, 0}, {2, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 2}}, 1e-10);
@@ -274,9 +275,10 @@ TEST(Triangle2, PointTestsAndCentres) {
     EXPECT_FALSE(t.IsInside({2, 0}));
     EXPECT_FALSE(t.Contains({5, 5}));
     Point2 o;
-    ASSERT_TRUE(t.CircleCentre(o));
-    EXPECT_NEAR(o.distance(a), o.distance(b), 1e-12);
-    EXPECT_NEAR(o.distance(a), o.distance(c), 1e-12);
+    Point2 p(1, 2), q(5, -1), s(3, 7);  // no zero coordinate hides a term
+    ASSERT_TRUE(Triangle2(p, q, s, 1e-9).CircleCentre(o));
+    EXPECT_NEAR(o.distance(p), o.distance(q), 1e-12);
+    EXPECT_NEAR(o.distance(p), o.distance(s), 1e-12);
     const Point2 g = t.GravityCentre();
     EXPECT_TRUE(SamePoint(g, {5.0 / 3.0, 1.0}));
     const Point2 ic = t.InscribedCircleCenter();
@@ -362,6 +364,9 @@ TEST(Contour2, AddIntersectionPointsSharesContactVertices) {
     EXPECT_EQ(MATH_AddIntersectionPoints(c, d), 2u);
     EXPECT_EQ(c.Length(), 6);
     EXPECT_EQ(d.Length(), 4);
+    // Edges whose boxes meet without crossing come first: the search goes on past them.
+    Contour2 e({{0, 0}, {4, 0}, {0, 4}}, 1e-10), g(Square(1, 1, 1.5), 1e-10);
+    EXPECT_EQ(MATH_AddIntersectionPoints(e, g), 4u);
 }
 
 struct Face {
@@ -439,8 +444,13 @@ TEST(Contour2Triangulate, ConcaveClockwiseCollinearRepeatedAndHoles) {
         std::vector<Poly> holes;
         std::size_t count;  // 0: not fixed
     };
-    const Case cases[] = {
-        {u, {}, 6}, {Poly(u.rbegin(), u.rend()), {}, 6}, {runs, {}, 0}, {box, {h1, h2, h3}, 0}};
+    auto small = [](Poly p) {  // the same shapes a thousand times smaller
+        for (Point2& v : p) v = Point2(v.x * 1e-3, v.y * 1e-3);
+        return p;
+    };
+    const Case cases[] = {{u, {}, 6},        {Poly(u.rbegin(), u.rend()), {}, 6},
+                          {runs, {}, 0},     {box, {h1, h2, h3}, 0},
+                          {small(u), {}, 6}, {small(box), {small(h1), small(h2)}, 0}};
     for (const Case& k : cases) {
         const Face f = MakeFace(k.outer, k.holes);
         Mmatrix<std::size_t> tris;
