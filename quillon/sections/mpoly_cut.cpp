@@ -54,9 +54,8 @@ void CutPolygon(const MPoly& poly, const CLine2& line, short keep, std::vector<M
             i = next(i);
             ++steps;
         }
-        if (steps == n)
-            break;  // mutate: off (guard)  // cannot happen while kept vertices remain; a guard,
-                    // not a rule
+        // Cannot happen while kept vertices remain; a guard, not a rule.
+        if (steps == n) break;  // mutate: off (guard)
         MPoly piece;
         int j = next(i);
         piece.Add(at(i) == 0 ? v[i] : EdgeCrossing(line, v[i], v[j]));

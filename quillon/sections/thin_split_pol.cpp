@@ -14,9 +14,11 @@ void RemoveUnusedVertices(Thin::Graph& graph) {
     const int count = graph.VCount();
     std::vector<char> used(static_cast<std::size_t>(count), 0);
     for (const Thin::Edge& e : graph.edges) {
-        // mutate: off (graphs built here never name a missing vertex)
-        if (e.begin >= 0 && e.begin < count) used[static_cast<std::size_t>(e.begin)] = 1;
-        if (e.end >= 0 && e.end < count) used[static_cast<std::size_t>(e.end)] = 1;  // mutate: off
+        // Graphs built here never name a missing vertex: the range checks are guards.
+        if (e.begin >= 0 && e.begin < count)  // mutate: off (guard)
+            used[static_cast<std::size_t>(e.begin)] = 1;
+        if (e.end >= 0 && e.end < count)  // mutate: off (guard)
+            used[static_cast<std::size_t>(e.end)] = 1;
     }
     // One compacting pass gives what erasing vertex by vertex gives: every index moves down by
     // the number of erased vertices below it.

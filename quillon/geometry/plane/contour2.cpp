@@ -331,8 +331,9 @@ bool Contour2::Contains(const Point2& p, bool exclude_boundary) const {
 short Contour2::InContour(Contour2& c) const {
     Point2 lo, hi, clo, chi;
     if (!Rect(lo, hi) || !c.Rect(clo, chi)) return 0;
-    // mutate: off (an extreme on c's bounds touches c's outline, which also gives 0)
-    if (lo.x < clo.x || lo.y < clo.y || hi.x > chi.x || hi.y > chi.y) return 0;
+    // An extreme on c's bounds touches c's outline, which also gives 0.
+    if (lo.x < clo.x || lo.y < clo.y || hi.x > chi.x || hi.y > chi.y)  // mutate: off (see above)
+        return 0;
     const std::size_t n = pts.size();
     for (std::size_t i = 0; i < n; ++i) {
         const Point2& v = pts[i];

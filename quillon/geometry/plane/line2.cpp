@@ -295,8 +295,8 @@ std::pair<Point2, bool> Sector2::projection(const Point2& p) const {
 bool Sector2::contains(const Point2& p, double tol, bool exclude_ends) const {
     tol = Tol(tol);
     if (!Collinear(beg, end, p, tol)) return false;
-    if (beg.distance(p) < tol || end.distance(p) < tol)
-        return !exclude_ends;  // mutate: off (at tol)
+    if (beg.distance(p) < tol || end.distance(p) < tol)  // mutate: off (exactly at tol)
+        return !exclude_ends;
     if (beg.distance(end) < tol) return false;
     return (p - beg) * (end - p) > 0.0;
 }
