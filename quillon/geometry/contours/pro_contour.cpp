@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-int ProContour::contour_allocs = 0;
+int ProContour::contour_allocs = 0;  // mutate: off (read as differences only)
 
 // ---- ProContour
 // ----------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "quillon/geometry/contours/detail/las_geometry.h"
 
@@ -250,11 +251,11 @@ int Solver2d::GetSectorsInContour(const ProComplexContour* c, const Sector2& s,
     };
     bool open = false;
     Point2 from;
-    for (std::size_t i = 0; i + 1 < params.size(); ++i) {
-        const Point2 a = las_detail::CurvePoint(k, params[i]);
-        const Point2 b = las_detail::CurvePoint(k, params[i + 1]);
+    for (auto t = params.begin(); std::next(t) != params.end(); ++t) {
+        const Point2 a = las_detail::CurvePoint(k, *t);
+        const Point2 b = las_detail::CurvePoint(k, *std::next(t));
         if (a.distance(b) <= eps) continue;
-        const bool in = inside(las_detail::CurvePoint(k, (params[i] + params[i + 1]) / 2.0));
+        const bool in = inside(las_detail::CurvePoint(k, (*t + *std::next(t)) / 2.0));
         if (in && !open) {
             open = true;
             from = a;

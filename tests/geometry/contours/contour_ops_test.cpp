@@ -30,6 +30,14 @@ TEST(ContourOps, SolveElementsNestsFacesAndKeepsTheOvershoots) {
     EXPECT_NEAR(AreaOf(solved.shape), 6000.0 - kPi * 225.0, 1e-9);
     EXPECT_EQ(las_test::CheckTree(solved.shape.get(), 1e-6), "");
     EXPECT_EQ(SolveElements({}, 1e-6).shape->ChildrenCount(), 0u);
+    // Faces sharing an edge lie side by side: both kept.
+    const SolvedShape split = SolveElements(
+        {LooseElement::MakeLine({0, 0}, {2, 0}), LooseElement::MakeLine({2, 0}, {2, 1}),
+         LooseElement::MakeLine({2, 1}, {0, 1}), LooseElement::MakeLine({0, 1}, {0, 0}),
+         LooseElement::MakeLine({1, 0}, {1, 1})},
+        1e-6);
+    EXPECT_EQ(split.faces, 2u);
+    EXPECT_NEAR(AreaOf(split.shape), 2.0, 1e-12);
 }
 
 // The area identities of the booleans are checked on 1100 seeded pairs (las_property_test); here

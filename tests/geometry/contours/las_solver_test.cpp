@@ -203,6 +203,53 @@ TEST(LasSolverTest, SlenderWedgesKeepTheirClockwiseOrder) {
     }
 }
 
+TEST(LasSolverTest, WalkAnglesCountArcsAsVerticesAtTheirMiddle) {
+    // A square whose bottom bulges out by a short arc (0.5 rad) and whose right side bulges in by
+    // a longer one (1.2 rad, clockwise), cut by its diagonal: two faces, each arc walked once from
+    // its begin and once from its end.
+    LAS_Solver s(kEps);
+    const auto arc = [&](Point2 p, Point2 q, double sweep) {
+        const Point2 m((p.x + q.x) / 2, (p.y + q.y) / 2);
+        const double k = 0.5 / std::tan(sweep / 2);  // centre on the left for a positive sweep
+        s.AddArc(p, q, {m.x - (q.y - p.y) * k, m.y + (q.x - p.x) * k}, sweep);
+    };
+    s.AddLine({0, 4}, {0, 0});
+    arc({0, 0}, {4, 0}, 0.5);
+    arc({4, 0}, {4, 4}, -1.2);
+    s.AddLine({4, 4}, {0, 4});
+    s.AddLine({0, 0}, {4, 4});
+    int walks = 0, outer = 0;
+    for (int k = 0; k < s.GetNodeCount(); ++k) {
+        LAS_NodeInfo* node = s.GetNode(k);
+        for (int i = 0; i < node->GetElemCount(); ++i) {
+            LAS_FoundContour found(nullptr, &s);
+            ASSERT_EQ(node->FindContour(node->GetElem(i), &found), 1);
+            EXPECT_TRUE(found.IsNodeInContour(node));
+            int n = found.GetCount();
+            for (int j = 0; j < found.GetCount(); ++j)
+                n += found.GetElement(j)->GetType() == LAS_Element::Arc;
+            double right = 0.0, left = 0.0;
+            found.ComputeAngles(right, left);
+            // The right-hand inner angles of a polygon of n vertices: (n - 2)π for a face traced
+            // clockwise, (n + 2)π for the outer face.
+            const bool isOuter = found.IsOuterWalk();
+            EXPECT_NEAR(right, (n + (isOuter ? 2 : -2)) * kPi, 1e-9) << k << " " << i;
+            EXPECT_NEAR(right + left, 2 * kPi * n, 1e-9);
+            ++walks;
+            outer += isOuter;
+        }
+    }
+    EXPECT_EQ(walks, 10);
+    EXPECT_EQ(outer, 4);
+    // Found faces use their half-edges: what stays unused at the nodes is the outer face's.
+    Found r(s);
+    EXPECT_EQ(r.closed.size(), 2u);
+    int unused = 0;
+    for (int k = 0; k < s.GetNodeCount(); ++k) unused += s.GetNode(k)->GetUnUsedElemCount();
+    EXPECT_EQ(unused, 4);
+    EXPECT_FALSE(LAS_FoundContour(nullptr, &s).IsNodeInContour(s.GetNode(0)));
+}
+
 TEST(LasSolverTest, BooleansOfSquaresDiscsAndRings) {
     const int before = ProContour::get_contour_allocs();
     using Op = LAS_Solver::Operation;
@@ -293,8 +340,9 @@ TEST(LasSolverTest, ListUnionNormalizeAndSet) {
         EXPECT_EQ(norm->ChildrenCount(), 1u);
         // Set nests plain contours by containment, levels alternating solid, hole, solid.
         std::vector<ProClosedContour*> loops;
-        for (const LAContour& loop : {RectContour(0, 0, 10, 10), RectContour(2, 2, 8, 8),
-                                      RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1)})
+        // Inner ones first: each new contour adopts those already placed inside it.
+        for (const LAContour& loop : {RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1),
+                                      RectContour(2, 2, 8, 8), RectContour(0, 0, 10, 10)})
             loops.push_back(new ProClosedContour(loop));
         LAS_Solver t(kEps);
         const Owned set(t.Set(loops, &f, true));
@@ -351,9 +399,12 @@ TEST(LasSolverTest, TopAndRightPartsAndSectorsInside) {
     EXPECT_EQ(top(r, 12.0)->ChildrenCount(), 0u);
     // A ring cut through its hole, and a disc cut right of its centre (a true half disc).
     const Owned ring = MakeShape(RectContour(0, 0, 10, 10), {RectContour(4, 4, 6, 6)});
-    const Owned ringTop = top(ring, 5.0);
-    EXPECT_NEAR(Area(ringTop.get()), 48.0, 1e-12);
-    EXPECT_EQ(CheckTree(ringTop.get(), kEps), "");
+    for (const Owned& part : {top(ring, 5.0), ShapeRightOf(*ring->SolidChild(0), 5.0, kEps)}) {
+        EXPECT_NEAR(Area(part.get()), 48.0, 1e-12);
+        EXPECT_EQ(CheckTree(part.get(), kEps), "");
+    }
+    ProContourFactory f;
+    EXPECT_EQ(LAS_Solver(kEps).GetTopPartOfContour(nullptr, 0.0, &f), nullptr);
     const Owned disc = MakeShape(CircleContour({0, 0}, 2, 1.0));
     EXPECT_NEAR(Area(ShapeRightOf(*disc->SolidChild(0), 0.0, kEps).get()), 2 * kPi, 1e-12);
     // The solver's own output (with its zero-length closing edges) cuts the same way: a disc
@@ -395,6 +446,7 @@ TEST(LasSolverTest, TJunctionSplitsOnlyTheCrossedElement) {
     EXPECT_EQ(s.GetPoint(s.GetLine(1)->GetEnd()).x, 2.0);
     EXPECT_EQ(s.GetPoint(s.GetLine(2)->GetEnd()).x, 4.0);
     EXPECT_EQ(s.GetNode(2)->GetElemCount(), 3);
+    EXPECT_EQ(s.MergeBaseContour(0), 0);  // no base contours yet
 }
 
 TEST(LasSolverTest, HalfPlaneCutsUseTheirOwnFixedTolerance) {
@@ -415,6 +467,16 @@ TEST(LasSolverTest, HalfPlaneCutsUseTheirOwnFixedTolerance) {
     EXPECT_NEAR(s.GetPoint(s.GetElement(k)->GetBegin()).x, 3 - 1e-4 / (1 + 1e-4), 1e-12);
     // Right half: the part with x >= 0 of a crossing segment, cut points ordered by y.
     EXPECT_GE(s.AddLineOnlyRight({-1, 5}, {1, 3}, 0.0, cut), 0);
+    // Arcs: the part on the kept side, cut where the circle meets the line; sweep 1 is an arc.
+    LAS_Solver arcs(kEps);
+    cut.clear();
+    EXPECT_EQ(arcs.AddArcOnlyRight({1, 0}, {-1, 0}, {0, 0}, kPi, 0.0, cut), 0);
+    EXPECT_NEAR(arcs.GetPoint(arcs.GetArc(0)->GetEnd()).distance({0, 1}), 0.0, 1e-12);
+    EXPECT_NEAR(arcs.GetArc(0)->GetSweep(), kPi / 2, 1e-12);
+    EXPECT_EQ(arcs.AddArcOnlyTop({1, 0}, {std::cos(1.0), std::sin(1.0)}, {0, 0}, 1.0, 0.0, cut), 1);
+    EXPECT_EQ(cut.size(), 2u);  // the crossing, and the begin on the cut line
+    for (const double bad : {0.0, std::nan("")})
+        EXPECT_EQ(arcs.AddArcOnlyTop({1, 0}, {0, 1}, {0, 0}, bad, -5.0, cut), -1);
     std::vector<Point2> byY;
     LAS_Solver::AddPtToSortedVector(byY, {0, 4}, false);
     LAS_Solver::AddPtToSortedVector(byY, {0, -1}, false);

@@ -105,7 +105,19 @@ TEST(Solver2dTest, SplittingAndMiddle) {
     EXPECT_NEAR(arcs[0].get_end().distance({0, 2}), 0.0, 1e-12);
     EXPECT_NEAR(arcs[1].get_end().distance({2, 0}), 0.0, 1e-12);
     EXPECT_EQ(s.SplitArc(cw, {0, -2}, arcs), 1);  // the other half of the circle
-    EXPECT_NEAR(s.GetMiddleArc(cw).distance({0, 2}), 0.0, 1e-12);
+    // At either end, within epsilon: the arc whole, never a piece without length.
+    for (const Point2& end : {Point2(-2, 0.5e-6), Point2(2, -0.5e-6)}) {
+        EXPECT_EQ(s.SplitArc(cw, end, arcs), 1);
+        EXPECT_EQ(arcs[0].sweep, -kPi);
+    }
+    // A full circle splits anywhere but at its start.
+    const Arc2 full(Circle2({0, 0}, 2), 0.0, 2 * kPi);
+    EXPECT_EQ(s.SplitArc(full, {2, 0}, arcs), 1);
+    EXPECT_EQ(s.SplitArc(full, {-2, 0}, arcs), 2);
+    EXPECT_NEAR(arcs[1].sweep, kPi, 1e-12);
+    EXPECT_NEAR(s.GetMiddleArc(Arc2(Circle2({1, 1}, 2), 0.0, kPi / 2))
+                    .distance({1 + std::sqrt(2.0), 1 + std::sqrt(2.0)}),
+                0.0, 1e-12);
 }
 
 TEST(Solver2dTest, RelationCodes) {
@@ -157,6 +169,8 @@ TEST(Solver2dTest, PointsAndPiecesOnContours) {
     EXPECT_FALSE(s.IsLineOnContour(Sector2({0, 0}, {10, 10}), solid));
     EXPECT_TRUE(s.IsArcOnContour(Arc2(Circle2({5, 5}, 2), 1.0, 2.0), hole));
     EXPECT_FALSE(s.IsArcOnContour(Arc2(Circle2({5, 5}, 2.5), 1.0, 2.0), hole));
+    std::vector<Sector2> in;
+    EXPECT_EQ(s.GetSectorsInContour(nullptr, Sector2({0, 0}, {1, 0}), in), 0);
     EXPECT_TRUE(s.IsPointInContour({5, 5}, hole));
     EXPECT_FALSE(s.IsPointInContour({5, 7}, hole));
     delete solid;
