@@ -26,8 +26,11 @@ double Scale(const Contour2& c) {
 // run counter-clockwise (outer) or clockwise (hole).
 Contour2 ToPolygon(const LAContour& c, bool counterClockwise, double tol) {
     std::vector<Point2> pts;
-    for (const LAEdge& e : c)
-        pts.push_back(e.start);  // the solver's edges have length, but for the closing one
+    for (const LAEdge& e : c) {
+        // Solver edges have length, so this only guards hand-made input.
+        if (pts.empty() || pts.back().distance(e.start) > 0.0)  // mutate: off (guard)
+            pts.push_back(e.start);
+    }
     while (pts.size() > 1 && pts.back().distance(pts.front()) == 0.0) pts.pop_back();
     Contour2 poly(std::move(pts), tol);
     // A solver face always has area, so the sign test never meets zero.
