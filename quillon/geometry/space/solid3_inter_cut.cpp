@@ -10,7 +10,6 @@
 #include "quillon/geometry/plane/contour2.h"
 #include "quillon/geometry/space/line3.h"
 #include "quillon/geometry/space/plane3.h"
-#include "quillon/geometry/space/sector3.h"
 #include "quillon/geometry/space/solid3_inter.h"
 
 namespace quillon {
@@ -41,7 +40,7 @@ void Solid3Inter::DivideEdge(std::uint32_t e, std::uint32_t v, bool onFaceEdge) 
 void Solid3Inter::TouchEnd(std::uint32_t v, std::uint32_t e, std::uint32_t g) {
     const Face3Inter& G = faces[g];
     const Point2 q = ToFace(G, pool[v]);
-    if (!OnFaceBoundary(G, q) && !InFace(G, q)) return;
+    if (!InFace(G, q)) return;  // the face with its boundary
     vertexStatus[v] = STATUS_BOUNDARY;
     RememberPoint(e, g, v);
 }
@@ -89,7 +88,8 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
         for (std::size_t i = 0; i < n; ++i) {
             // A corner of the face lying inside the edge splits it at that very vertex.
             const Point2& p = pts[i];
-            if (p.distance(a2) > eps && p.distance(b2) > eps && ab.Contains(p, true)) {
+            if (p.distance(a2) > eps && p.distance(b2) > eps &&
+                ab.Contains(p, true)) {  // mutate: off (the ends are left out just before)
                 vertexStatus[loop[i]] = STATUS_BOUNDARY;
                 DivideEdge(e, loop[i], true);
                 RememberPoint(e, g, loop[i]);
@@ -126,7 +126,8 @@ void Solid3Inter::CutEdgeByFace(std::uint32_t e, std::uint32_t g) {
     }
     if ((da > 0.0) == (db > 0.0)) return;
     const auto hit = Line3(a, b).intersection(Plane3(G.normal, G.d));
-    if (!hit.second || !Sector3(a, b).contains(hit.first, eps, false)) return;
+    // The ends lie beyond eps on either side: the line meets the plane inside the edge.
+    if (!hit.second) return;
     const Point2 q = ToFace(G, hit.first);
     const bool onEdge = OnFaceBoundary(G, q);
     if (!onEdge && !InFace(G, q)) return;
