@@ -108,6 +108,9 @@ TEST(Extrusion3, DegenerateInputsAndLength) {
     p.SetPath(Vector3(0, -2, 2));
     p.SetLength(-std::sqrt(2.0));
     EXPECT_LT((p.GetPath() - Vector3(0, 1, -1)).length(), 1e-12);
+    p.SetPath(Vector3(0.3, 0, 0.4));
+    p.SetLength(2);
+    EXPECT_LT((p.GetPath() - Vector3(1.2, 0, 1.6)).length(), 1e-12);
 }
 
 TEST(BoundedHalfSpace3, PrismUnderTheOutlineOppositeTheNormal) {

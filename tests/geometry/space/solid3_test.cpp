@@ -232,6 +232,9 @@ TEST(Solid3, MergeSharesVerticesNormalsAndMaterialsByName) {
     const Solid3 before = a;
     b.Face()[2].loop.push_back(99);
     EXPECT_FALSE(a.Merge(b));
+    b.Face()[2].loop.pop_back();
+    b.Face()[2].normalHoles.push_back(Loop{1});
+    EXPECT_FALSE(a.Merge(b)) << "a normal the solid lacks";
     EXPECT_EQ(a, before) << "a refused merge adds nothing";
     Solid3 self = before;
     ASSERT_TRUE(self.Merge(self));
