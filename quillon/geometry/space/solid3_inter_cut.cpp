@@ -27,11 +27,10 @@ void Solid3Inter::RememberPoint(std::uint32_t e, std::uint32_t g, std::uint32_t 
     for (const std::uint32_t f : edgeFaces[e]) pairPoints[PairKey(faces, f, g)].push_back(v);
 }
 
-void Solid3Inter::DivideEdge(std::uint32_t e, std::uint32_t v, bool onFaceEdge) {
-    // Whether the point also lies on an edge of the cutting face needs no bookkeeping here: that
-    // edge is cut at the same point (the same working vertex) when the other operand's edges are
-    // cut, so both solids split there.
-    (void)onFaceEdge;
+// Whether the point also lies on an edge of the cutting face needs no bookkeeping here: that edge
+// is cut at the same point (the same working vertex) when the other operand's edges are cut, so
+// both solids split there.
+void Solid3Inter::DivideEdge(std::uint32_t e, std::uint32_t v) {
     if (v == edges[e].v0 || v == edges[e].v1) return;
     auto& c = cuts[e];
     if (std::find(c.begin(), c.end(), v) == c.end()) c.push_back(v);
@@ -45,11 +44,11 @@ void Solid3Inter::TouchEnd(std::uint32_t v, std::uint32_t e, std::uint32_t g) {
     RememberPoint(e, g, v);
 }
 
-void Solid3Inter::RecordCut(std::uint32_t e, std::uint32_t g, const Point3& x, bool onFaceEdge) {
+void Solid3Inter::RecordCut(std::uint32_t e, std::uint32_t g, const Point3& x) {
     const std::uint32_t v = pool.add(x);
     if (v >= vertexStatus.size()) vertexStatus.resize(pool.size(), STATUS_OUTSIDE);
     vertexStatus[v] = STATUS_BOUNDARY;
-    DivideEdge(e, v, onFaceEdge);
+    DivideEdge(e, v);
     RememberPoint(e, g, v);
 }
 
@@ -91,7 +90,7 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
             if (p.distance(a2) > eps && p.distance(b2) > eps &&
                 ab.Contains(p, true)) {  // mutate: off (the ends are left out just before)
                 vertexStatus[loop[i]] = STATUS_BOUNDARY;
-                DivideEdge(e, loop[i], true);
+                DivideEdge(e, loop[i]);
                 RememberPoint(e, g, loop[i]);
             }
             // A proper crossing with the face's boundary edge from corner i.
@@ -100,7 +99,7 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
             if (ab.SegmentIntersection(side, x) != 1) continue;
             if (x.distance(a2) <= eps || x.distance(b2) <= eps) continue;
             if (x.distance(p) <= eps || x.distance(pts[(i + 1) % n]) <= eps) continue;
-            RecordCut(e, g, lift(x), true);
+            RecordCut(e, g, lift(x));
         }
     };
     visit(G.loop, G.outline);
@@ -129,14 +128,13 @@ void Solid3Inter::CutEdgeByFace(std::uint32_t e, std::uint32_t g) {
     // The ends lie beyond eps on either side: the line meets the plane inside the edge.
     if (!hit.second) return;
     const Point2 q = ToFace(G, hit.first);
-    const bool onEdge = OnFaceBoundary(G, q);
-    if (!onEdge && !InFace(G, q)) return;
+    if (!InFace(G, q)) return;  // the face with its boundary
     if (hit.first.distance(a) <= eps) {
         TouchEnd(va, e, g);
     } else if (hit.first.distance(b) <= eps) {
         TouchEnd(vb, e, g);
     } else {
-        RecordCut(e, g, hit.first, onEdge);
+        RecordCut(e, g, hit.first);
     }
 }
 
