@@ -14,7 +14,7 @@ Ring2::Ring2(std::vector<Point2> points) : pts(std::move(points)) {
 }
 
 bool Ring2::onBoundary(const Point2& q, double tol) const {
-    if (pts.empty() || !near(q, tol)) return false;
+    if (pts.empty() || !near(q, tol)) return false;  // mutate: off (a skip: the edges decide)
     const double t2 = tol * tol;
     const std::size_t n = pts.size();
     for (std::size_t i = 0; i < n; ++i) {
