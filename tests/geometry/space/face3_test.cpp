@@ -43,6 +43,10 @@ TEST(Face3, GetNormalSignIsTheReverseOfPolyNormal) {
     g.normal = Vector3(0, 1.5, 0);
     EXPECT_EQ(g.GetNormal(w, 1e-9).z, -1.0);
 
+    EXPECT_EQ(Face3(Loop{0, 3, 4}).GetNormal(w, 1e-9).z, -1.0) << "a triangle";
+    // Upright: the loop is laid flat in its own plane first.
+    const Mvector<Vertex3d> up = Vertices({0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1});
+    EXPECT_NEAR(Face3(Loop{0, 1, 2, 3}).GetNormal(up, 1e-9).x, -1.0, 1e-15);
     Face3 line(Loop{0, 2, 3}), two(Loop{0, 4}), outside(Loop{0, 4, 99});
     EXPECT_EQ(line.GetNormal(w, 1e-9).length(), 0.0);
     EXPECT_EQ(two.GetNormal(w, 1e-9).length(), 0.0);

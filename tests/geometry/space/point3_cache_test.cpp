@@ -2,6 +2,7 @@
 
 #include "quillon/geometry/space/detail/box_tree.h"
 #include "quillon/geometry/space/detail/point_pool.h"
+#include "quillon/geometry/space/detail/ring2.h"
 
 #include <gtest/gtest.h>
 
@@ -131,6 +132,15 @@ TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
     }
 }
 
+// A point in a notch of an L lies off its boundary, also where an edge's line runs through it.
+TEST(Ring2, BoundaryInsideAndOut) {
+    const detail::Ring2 ell({{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}});
+    EXPECT_FALSE(ell.onBoundary(Point2(0.5, 1), 0.1));
+    EXPECT_TRUE(ell.inside(Point2(0.5, 1)));
+    EXPECT_TRUE(ell.onBoundary(Point2(1.5, 1.05), 0.1));
+    EXPECT_FALSE(ell.inside(Point2(1.5, 1.5)));
+}
+
 // The boolean's working points: the earliest point within the tolerance, as a plain scan finds it.
 TEST(PointPool, AgreesWithAPlainScan) {
     std::mt19937 gen(8);
@@ -193,6 +203,9 @@ TEST(BoxTree, QueriesFindWhatAPlainScanFinds) {
             EXPECT_NE(std::find(got.begin(), got.end(), j), got.end()) << round << " " << j;
             got.clear();
             tree.ray(o, o - p, got);
+            EXPECT_EQ(std::find(got.begin(), got.end(), j), got.end()) << round << " " << j;
+            got.clear();  // level with the box but beside it
+            tree.ray(o + Vector3(0, b.hi.y - o.y + 0.5, 0), Vector3(p.x - o.x, 0, p.z - o.z), got);
             EXPECT_EQ(std::find(got.begin(), got.end(), j), got.end()) << round << " " << j;
         }
     }

@@ -274,6 +274,16 @@ TEST(Solid3Inter, RandomPairsGiveClosedResultsThatAddUp) {
     EXPECT_EQ(refused, 0);
 }
 
+TEST(Solid3Inter, AHoleOfThreeCornersStaysAHole) {
+    Solid3 plate(1e-9);  // 4 × 4 × 1 with a hole of area 2
+    ASSERT_TRUE(plate.GenCuboid({{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}}, Vector3(0, 0, 1),
+                                {{{1, 1, 0}, {3, 1, 0}, {2, 3, 0}}}));
+    const Outcome cut = Boolean(plate, Box({3.5, -1, -1}, {5, 5, 2}), BOOL_SUBTRACT);
+    ASSERT_TRUE(cut.ok);
+    EXPECT_TRUE(Closed(cut.solid));
+    EXPECT_NEAR(Volume(cut.solid), 16 - 2 - 2, 1e-12);
+}
+
 TEST(Solid3Inter, IdenticalAndNestedSolids) {
     const Solid3 a = Box({0, 0, 0}, {2, 2, 2});
     const Solid3 same = Box({0, 0, 0}, {2, 2, 2});

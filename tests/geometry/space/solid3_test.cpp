@@ -203,6 +203,8 @@ TEST(Solid3, TriangulateFaceOfAHoledFaceCoversItsArea) {
     EXPECT_TRUE(tris.empty());
     s.AddFace(Face3(Loop{0, 1, 2}));
     EXPECT_FALSE(s.TriangulateFace(0, tris)) << "indices outside the vertex list";
+    for (int i = 0; i < 3; ++i) s.AddVertex(Point3(i, i, i));
+    EXPECT_FALSE(s.TriangulateFace(0, tris)) << "no area";
 }
 
 TEST(Solid3, MergeSharesVerticesNormalsAndMaterialsByName) {
