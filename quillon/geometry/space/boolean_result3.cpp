@@ -47,13 +47,10 @@ const Solid3& BooleanResult3::GetSolid() const {
     const Solid3& a = first->GetSolid();
     const Solid3& b = second->GetSolid();
     solid = Solid3(std::max(a.GetEps(), b.GetEps()));
-    bool ok = false;
-    if (oper == BOOL_SUBTRACT) {
-        ok = BoolSubstract(a, b, solid, nullptr);
-    } else {
+    const bool ok = oper == BOOL_SUBTRACT ? BoolSubstract(a, b, solid, nullptr) : [&] {
         Solid3Inter inter(a, b);
-        ok = inter.MakeInterData() && inter.BoolOper(BOOL_UNION, solid);
-    }
+        return inter.MakeInterData() && inter.BoolOper(BOOL_UNION, solid);
+    }();
     if (!ok) solid.Clear();
     return solid;
 }
@@ -88,7 +85,7 @@ BooleanResult3& BooleanResult3::operator<<=(const Isometry3& iso) {
 }
 
 std::unique_ptr<GeometricItem3> BooleanResult3::LoadOperand(Archive& ar, int depth) {
-    std::int32_t id = 0;
+    std::int32_t id = 0;  // mutate: off (read at once)
     ar >> id;
     if (id == 0) return nullptr;
     if (id == BOOLEAN_RESULT3) {

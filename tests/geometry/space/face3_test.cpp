@@ -9,33 +9,27 @@ namespace {
 
 using Loop = Mvector<std::uint32_t>;
 
-Mvector<Vertex3d> Vertices(std::initializer_list<Point3> pts) {
+// Vertices from their coordinates, three by three.
+Mvector<Vertex3d> Vertices(std::initializer_list<double> xyz) {
     Mvector<Vertex3d> v;
-    for (const Point3& p : pts) v.push_back(Vertex3d(p));
+    const double* c = xyz.begin();
+    for (std::size_t i = 0; i + 2 < xyz.size(); i += 3)
+        v.push_back(Vertex3d(Point3(c[i], c[i + 1], c[i + 2])));
     return v;
 }
 
 TEST(Face3, GetNormalSignIsTheReverseOfPolyNormal) {
     const Mvector<Point3> square{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
     Face3 f(Loop{0, 1, 2, 3});
-    const Mvector<Vertex3d> v = Vertices({square[0], square[1], square[2], square[3]});
+    const Mvector<Vertex3d> v = Vertices({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
     const Vector3 n = f.GetNormal(v, 1e-9);
     EXPECT_EQ(n.z, -1.0);
     EXPECT_EQ(PolyNormal(square, 1e-9).z, 1.0);
 
     // The first distinct vertex and the first one off their line make the frame; a start at a
     // reflex corner still gives the loop's sign.
-    const Mvector<Vertex3d> w = Vertices({{0, 0, 0},
-                                          {0, 0, 0},
-                                          {0.5, 0, 0},
-                                          {1, 0, 0},
-                                          {1, 1, 0},
-                                          {0, 1, 0},
-                                          {2, 1, 0},
-                                          {1, 1, 0},
-                                          {1, 2, 0},
-                                          {0, 2, 0},
-                                          {2, 0, 0}});
+    const Mvector<Vertex3d> w = Vertices({0, 0, 0, 0, 0, 0, 0.5, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1,
+                                          0, 2, 1, 0, 1, 1, 0,   1, 2, 0, 0, 2, 0, 2, 0, 0});
     Face3 g(Loop{0, 1, 2, 3, 4, 5});
     EXPECT_EQ(g.GetNormal(w, 1e-9).z, -1.0);
     Face3 l(Loop{6, 7, 8, 9, 0, 10});  // an L turning counter-clockwise from its reflex side
@@ -49,6 +43,10 @@ TEST(Face3, GetNormalSignIsTheReverseOfPolyNormal) {
     g.normal = Vector3(0, 1.5, 0);
     EXPECT_EQ(g.GetNormal(w, 1e-9).z, -1.0);
 
+    EXPECT_EQ(Face3(Loop{0, 3, 4}).GetNormal(w, 1e-9).z, -1.0) << "a triangle";
+    // Upright: the loop is laid flat in its own plane first.
+    const Mvector<Vertex3d> up = Vertices({0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1});
+    EXPECT_NEAR(Face3(Loop{0, 1, 2, 3}).GetNormal(up, 1e-9).x, -1.0, 1e-15);
     Face3 line(Loop{0, 2, 3}), two(Loop{0, 4}), outside(Loop{0, 4, 99});
     EXPECT_EQ(line.GetNormal(w, 1e-9).length(), 0.0);
     EXPECT_EQ(two.GetNormal(w, 1e-9).length(), 0.0);

@@ -69,7 +69,17 @@ TEST(Extrusion3, ClosedOutwardWithTheVolumeOfItsApproximationForEitherOrientatio
         ASSERT_TRUE(Closed(e.GetSolid())) << k;
         const double expected = o.area * std::fabs(e.GetPath() * e.GetLocalPlane().get_dir_z());
         EXPECT_NEAR(Volume(e.GetSolid()), expected, 1e-9 * expected) << k;
+        EXPECT_NEAR(e.GetSolid().GetVolume(), expected, 1e-9 * expected) << k;
         EXPECT_EQ(e.GetSolid().Face().back().holes.size(), o.holes.size());
+        // Each face's edge list names the edges its loops run along.
+        for (const Face3& f : e.GetSolid().Face()) {
+            ASSERT_EQ(f.edges.size(), f.GetAllNodesCnt());
+            for (std::size_t c = 0; c < f.loop.size(); ++c) {
+                const Edge3d& edge = e.GetSolid().Edge()[f.edges[c]];
+                const std::uint32_t a = f.loop[c], b = f.loop[(c + 1) % f.loop.size()];
+                EXPECT_TRUE((edge.beg == a && edge.end == b) || (edge.beg == b && edge.end == a));
+            }
+        }
     }
 }
 
@@ -98,6 +108,9 @@ TEST(Extrusion3, DegenerateInputsAndLength) {
     p.SetPath(Vector3(0, -2, 2));
     p.SetLength(-std::sqrt(2.0));
     EXPECT_LT((p.GetPath() - Vector3(0, 1, -1)).length(), 1e-12);
+    p.SetPath(Vector3(0.3, 0, 0.4));
+    p.SetLength(2);
+    EXPECT_LT((p.GetPath() - Vector3(1.2, 0, 1.6)).length(), 1e-12);
 }
 
 TEST(BoundedHalfSpace3, PrismUnderTheOutlineOppositeTheNormal) {
@@ -116,7 +129,8 @@ TEST(BoundedHalfSpace3, PrismUnderTheOutlineOppositeTheNormal) {
             EXPECT_TRUE(std::fabs(d) < 1e-7 || std::fabs(d + 1000) < 1e-7) << d;
         }
     }
-    const BoundedHalfSpace3 edgeOn(Plane3(Point3(0, 0, 0), Vector3(1, 0, 0)), Circle(0, 0, 1, true));
+    const BoundedHalfSpace3 edgeOn(Plane3(Point3(0, 0, 0), Vector3(1, 0, 0)),
+                                   Circle(0, 0, 1, true));
     EXPECT_TRUE(edgeOn.GetSolid().Face().empty()) << "the normal lies in the outline's plane";
 }
 

@@ -1,9 +1,14 @@
 #include "quillon/geometry/space/point3_cache.h"
 
+#include "quillon/geometry/space/detail/box_tree.h"
+#include "quillon/geometry/space/detail/point_pool.h"
+#include "quillon/geometry/space/detail/ring2.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <random>
 #include <utility>
@@ -88,6 +93,8 @@ TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
                 Point3Cache moved(std::move(*cache));
                 Point3Cache assigned(1.0);
                 assigned = moved;
+                Point3Cache& alias = assigned;
+                assigned = alias;  // keeps the nodes
                 *cache = std::move(assigned);
             }
         }
@@ -122,6 +129,85 @@ TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
         EXPECT_TRUE(cache->GetNodes().empty());
         EXPECT_EQ(cache->GetEps(), eps);
         EXPECT_EQ(cache->Add(a), 0u);
+    }
+}
+
+// A point in a notch of an L lies off its boundary, also where an edge's line runs through it.
+TEST(Ring2, BoundaryInsideAndOut) {
+    const detail::Ring2 ell({{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}});
+    EXPECT_FALSE(ell.onBoundary(Point2(0.5, 1), 0.1));
+    EXPECT_TRUE(ell.inside(Point2(0.5, 1)));
+    EXPECT_TRUE(ell.onBoundary(Point2(1.5, 1.05), 0.1));
+    EXPECT_FALSE(ell.inside(Point2(1.5, 1.5)));
+}
+
+// The boolean's working points: the earliest point within the tolerance, as a plain scan finds it.
+TEST(PointPool, AgreesWithAPlainScan) {
+    std::mt19937 gen(8);
+    std::uniform_int_distribution<int> cell(-3, 3);
+    std::uniform_real_distribution<double> jitter(-0.2, 0.2);
+    for (const double tol : {0.05, 0.25}) {
+        detail::PointPool pool(tol);
+        std::vector<Point3> plain;
+        for (int i = 0; i < 600; ++i) {
+            const Point3 p(cell(gen) * 0.2 + jitter(gen), cell(gen) * 0.2 + jitter(gen),
+                           i % 50 ? cell(gen) * 0.2 : 1e300);
+            std::size_t want = 0;
+            while (want < plain.size() && !(plain[want].distance(p) <= tol)) ++want;
+            if (want == plain.size()) plain.push_back(p);
+            ASSERT_EQ(pool.add(p), want) << tol << " " << i;
+        }
+    }
+    // A tolerance that is no positive finite number merges equal points only.
+    detail::PointPool exact(std::numeric_limits<double>::infinity());
+    EXPECT_EQ(exact.add(Point3(0, 0, 0)), 0u);
+    EXPECT_EQ(exact.add(Point3(0, 0, 1e-100)), 1u);
+    EXPECT_EQ(exact.add(Point3(0, 0, 0)), 0u);
+}
+
+// Box queries of the tree report what a plain scan of the boxes finds; a ray from outside a box
+// meets it when aimed at a point inside and misses it when aimed away.
+TEST(BoxTree, QueriesFindWhatAPlainScanFinds) {
+    std::mt19937 gen(9);
+    std::uniform_real_distribution<double> u(-5, 5), size(0, 1.5), unit(0, 1);
+    const auto box = [&] {
+        detail::Box3 b;
+        const Point3 p(u(gen), u(gen), u(gen));
+        b.add(p);
+        b.add(p + Vector3(size(gen), size(gen), size(gen)));
+        return b;
+    };
+    for (int round = 0; round < 20; ++round) {
+        std::vector<detail::Box3> boxes(40 * round + 1);
+        for (std::size_t i = 0; i < boxes.size(); ++i)
+            if (i % 7) boxes[i] = box();  // every seventh empty
+        const detail::BoxTree tree(boxes);
+        for (std::uint32_t j = 1; j < boxes.size(); j += 7) {
+            detail::Box3 q = box();
+            q.inflate(0.25);
+            std::vector<std::uint32_t> got, want;
+            tree.query(q, got);
+            for (std::uint32_t i = 0; i < boxes.size(); ++i)
+                if (!boxes[i].empty() && boxes[i].overlaps(q)) want.push_back(i);
+            std::sort(got.begin(), got.end());
+            ASSERT_EQ(got, want) << round << " " << j;
+
+            const detail::Box3& b = boxes[j];
+            Point3 p, o(u(gen), u(gen), u(gen));
+            for (int a = 0; a < 3; ++a)
+                p.tab()[a] = b.lo.tab()[a] + unit(gen) * (b.hi.tab()[a] - b.lo.tab()[a]);
+            if (j % 3 == 0) o.y = p.y;  // a ray in a plane of constant y
+            if (b.contains(o)) continue;
+            got.clear();
+            tree.ray(o, p - o, got);
+            EXPECT_NE(std::find(got.begin(), got.end(), j), got.end()) << round << " " << j;
+            got.clear();
+            tree.ray(o, o - p, got);
+            EXPECT_EQ(std::find(got.begin(), got.end(), j), got.end()) << round << " " << j;
+            got.clear();  // level with the box but beside it
+            tree.ray(o + Vector3(0, b.hi.y - o.y + 0.5, 0), Vector3(p.x - o.x, 0, p.z - o.z), got);
+            EXPECT_EQ(std::find(got.begin(), got.end(), j), got.end()) << round << " " << j;
+        }
     }
 }
 

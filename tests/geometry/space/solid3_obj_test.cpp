@@ -17,29 +17,24 @@ namespace {
 using Loop = Mvector<std::uint32_t>;
 namespace fs = std::filesystem;
 
+// Each test writes in a directory of its own, removed afterwards.
 class Solid3Obj : public ::testing::Test {
 protected:
-    void SetUp() override {
-        dir = fs::temp_directory_path() /
-              ("quillon_obj_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-               "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(dir);
-        fs::create_directories(dir);
-    }
+    fs::path dir =
+        fs::temp_directory_path() /
+        ("quillon_obj_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
+         ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    void SetUp() override { fs::create_directories(dir); }
     void TearDown() override { fs::remove_all(dir); }
-
     std::string Read(const fs::path& p) const {
-        std::ifstream in(p, std::ios::binary);
         std::stringstream ss;
-        ss << in.rdbuf();
+        ss << std::ifstream(p, std::ios::binary).rdbuf();
         return ss.str();
     }
     fs::path Write(const std::string& name, const std::string& text) const {
         std::ofstream(dir / name, std::ios::binary) << text;
         return dir / name;
     }
-
-    fs::path dir;
 };
 
 const char* const kHeader =
@@ -224,28 +219,13 @@ TEST_F(Solid3Obj, MalformedOrTruncatedFilesGiveZeroAndLeaveTheSolidAsItWas) {
     s.SetName(L"prism");
     const Solid3 before = s;
     const std::string good = "v 0 0 0\nv 1 0 0\nv 0 1 0\nvn 0 0 1\nvt 0 0\n";
-    for (const std::string bad : {"v 0 0\n",
-                                  "v 0 0 0 x\n",
-                                  "v 1e999 0 0\n",
-                                  "v nan 0 0\n",
-                                  "vn 0 0\n",
-                                  "vt\n",
-                                  "f 1 2\n",
-                                  "f 1 2 4\n",
-                                  "f 0 1 2\n",
-                                  "f 1 2 -4\n",
-                                  "f 1/1 2 3\n",
-                                  "f 1//1 2/1/1 3//1\n",
-                                  "f 1/2 2/1 3/1\n",
-                                  "f 1//2 2//1 3//1\n",
-                                  "f 1/ 2/ 3/\n",
-                                  "f 1/1/1/1 2 3\n",
-                                  "f 1 2 99999999999999999999\n",
-                                  "f 1 2 3x\n",
-                                  "bogus 1 2 3\n",
-                                  "f 1 2 3\nvt 1 2 3 4\n",
-                                  "mtllib\n"}) {
-        const fs::path p = Write("bad.obj", good + bad);
+    // Each a last line after good ones.
+    std::istringstream lines(
+        "v 0 0;v 0 0 0 x;v 1e999 0 0;v nan 0 0;vn 0 0;vt;f 1 2;f 1 2 4;f 0 1 2;f 1 2 -4;f 1/1 2 "
+        "3;f 1//1 2/1/1 3//1;f 1/2 2/1 3/1;f 1//2 2//1 3//1;f 1/ 2/ 3/;f 1/1/1/1 2 3;f 1 2 "
+        "99999999999999999999;f 1 2 3x;bogus 1 2 3;f 1 2 3\nvt 1 2 3 4;mtllib");
+    for (std::string bad; std::getline(lines, bad, ';');) {
+        const fs::path p = Write("bad.obj", good + bad + "\n");
         EXPECT_EQ(s.ImportFromObj(p), 0) << bad;
         EXPECT_EQ(s, before) << bad;
     }

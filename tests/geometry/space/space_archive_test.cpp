@@ -1,60 +1,31 @@
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cstdint>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include "space_test_support.h"
 
 namespace quillon {
 namespace {
 
+using space_test::Cause;
+using space_test::Expect;
 using space_test::Random;
-using Bytes = std::vector<unsigned char>;
-
-// Expected records, built value by value in little-endian order independently of the host.
-struct Expect {
-    Bytes bytes;
-    Expect& le(std::uint64_t bits, int n) {
-        for (int i = 0; i < n; ++i) bytes.push_back(static_cast<unsigned char>(bits >> (8 * i)));
-        return *this;
-    }
-    Expect& d(double v) { return le(std::bit_cast<std::uint64_t>(v), 8); }
-    Expect& d(std::initializer_list<double> vs) {
-        for (double v : vs) d(v);
-        return *this;
-    }
-    Expect& i32(std::int32_t v) { return le(static_cast<std::uint32_t>(v), 4); }
-};
+using space_test::Written;
 
 template <typename T>
-Bytes Stored(const T& value) {
-    std::ostringstream out;
-    Archive ar(out);
-    ar << value;
-    const std::string s = out.str();
-    return Bytes(s.begin(), s.end());
+std::string Stored(const T& value) {
+    return Written([&](Archive& ar) { ar << value; });
 }
 
-// Reads `bytes` into `target`; the archive exception's cause, or -1 when the read succeeded.
 template <typename T>
-int LoadInto(const Bytes& bytes, T& target) {
-    std::istringstream in(std::string(bytes.begin(), bytes.end()));
-    Archive ar(in);
-    try {
-        ar >> target;
-    } catch (const ArchiveException& e) {
-        return e.cause;
-    }
-    return -1;
+int LoadInto(const std::string& bytes, T& target) {
+    return Cause(bytes, [&](Archive& ar) { ar >> target; });
 }
 
 TEST(SpaceArchive, GoldenLayouts) {
     // One literal anchor: 1.0 is 00 .. f0 3f, and the defined flag is a 32-bit 1.
-    EXPECT_EQ(Stored(Point3(1, 0, 0)), (Bytes{0, 0, 0, 0, 0, 0, 0xf0, 0x3f, 0, 0, 0, 0,
-                                              0, 0, 0, 0, 0, 0, 0,    0,    0, 0, 0, 0}));
+    EXPECT_EQ(Stored(Point3(1, 0, 0)), std::string("\0\0\0\0\0\0\xf0\x3f", 8) + std::string(16, 0));
     EXPECT_EQ(Stored(Vector3(-0.0, 2, 3)), Expect().d({-0.0, 2, 3}).bytes);
     EXPECT_EQ(Stored(Node3(4, 5, 6)), Expect().d({4, 5, 6}).bytes);
     EXPECT_EQ(Stored(Line3(Point3(1, 2, 3), Point3(5, 7, 9))),
@@ -81,12 +52,14 @@ TEST(SpaceArchive, GoldenLayouts) {
 
     LocalPlane f = Isometry3(Matrix4x3(Matrix3(0, 1, 0, -1, 0, 0, 0, 0, 1), Vector3(1, 2, 3)));
     f.tol = 1e-6;
-    EXPECT_EQ(Stored(f), Expect().d({0, 1, 0, -1, 0, 0, 0, 0, 1, 1, 2, 3}).i32(1).d(1e-6).bytes);
+    EXPECT_EQ(Stored(f),
+              Expect().d({0, 1, 0, -1, 0, 0, 0, 0, 1, 1, 2, 3}).i32({1}).d({1e-6}).bytes);
     f.seterr(Point3(7, 8, 9));
-    EXPECT_EQ(Stored(f), Expect().d({1, 0, 0, 0, 1, 0, 0, 0, 1, 7, 8, 9}).i32(0).d(1e-6).bytes);
+    EXPECT_EQ(Stored(f), Expect().d({1, 0, 0, 0, 1, 0, 0, 0, 1, 7, 8, 9}).i32({0}).d({1e-6}).bytes);
     LocalCoordSystem s;
     s.set(Point3(1, 2, 3), Vector3(2, 0, 0), Vector3(1, 1, 0), false);
-    EXPECT_EQ(Stored(s), Expect().d({1, 2, 3, 2, 0, 0, 1, 1, 0, 0, 0, 2}).i32(1).d(1e-10).bytes);
+    EXPECT_EQ(Stored(s),
+              Expect().d({1, 2, 3, 2, 0, 0, 1, 1, 0, 0, 0, 2}).i32({1}).d({1e-10}).bytes);
     EXPECT_EQ(Stored(LocalPlaneYPR(0.1, 0.2, 0.3, 4, 5, 6)),
               Expect().d({4, 5, 6, 0.1, 0.2, 0.3}).bytes);
 }
@@ -95,14 +68,13 @@ TEST(SpaceArchive, GoldenLayouts) {
 // the target as it was. Returns the value read back.
 template <typename T>
 T RoundTrip(const T& value) {
-    const Bytes bytes = Stored(value);
+    const std::string bytes = Stored(value);
     T back;
     EXPECT_EQ(LoadInto(bytes, back), -1);
     EXPECT_EQ(Stored(back), bytes);
     for (std::size_t n = 0; n < bytes.size(); ++n) {
         T copy = back;
-        EXPECT_EQ(LoadInto(Bytes(bytes.begin(), bytes.begin() + n), copy),
-                  ArchiveException::endOfFile);
+        EXPECT_EQ(LoadInto(bytes.substr(0, n), copy), ArchiveException::endOfFile);
         EXPECT_EQ(Stored(copy), bytes) << "target changed by a read cut at " << n;
     }
     return back;
@@ -136,14 +108,14 @@ TEST(SpaceArchive, WhatIsWrittenReadsBackAndBadInputLeavesTheTargetAlone) {
     // A defined flag other than 0 or 1 is a schema error; the target stays as it was.
     for (std::int32_t flag : {2, -1}) {
         LocalPlane f(Point3(1, 1, 1), Vector3(0, 1, 0));
-        const Bytes before = Stored(f);
+        const std::string before = Stored(f);
         EXPECT_EQ(
-            LoadInto(Expect().d({1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0}).i32(flag).d(0).bytes, f),
+            LoadInto(Expect().d({1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0}).i32({flag}).d({0}).bytes, f),
             ArchiveException::badSchema);
         EXPECT_EQ(Stored(f), before);
         LocalCoordSystem s;
         EXPECT_EQ(
-            LoadInto(Expect().d({0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1}).i32(flag).d(0).bytes, s),
+            LoadInto(Expect().d({0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1}).i32({flag}).d({0}).bytes, s),
             ArchiveException::badSchema);
         EXPECT_EQ(Stored(s), Stored(LocalCoordSystem()));
     }

@@ -56,6 +56,8 @@ TEST(SpaceTransforms, RotationsAreRightHandedRowVectorTurns) {
     Matrix4x3 m4;
     _Rot_V2(Vector3(1, 1, 0), Vector3(-2, -2, 0), Node3(1, 1, 1), m4);
     ExpectNear(Point3(2, 2, 1) * m4, Point3(0, 0, 1));
+    // Opposite directions turn half about z × from, z being the axis least along from.
+    ExpectNear(Point3(1, 1, 2) * m4, Point3(1, 1, 0));
     ExpectNear(_Rot_V2(Vector3(), Vector3(0, 1, 0), Node3(1, 2, 3), m4), Matrix4x3(), 0.0);
 }
 

@@ -143,6 +143,7 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
     EXPECT_EQ(line.GetNormal().length(), 0.0);
     EXPECT_EQ(line.GetBetweenOff(Point3(1, 1, 1)), 0.0);
     EXPECT_EQ(line.Intersection(Plane3(Point3(), Vector3(1, 0, 0))).second, 0);
+    ExpectNear(line.GetBetween(0.5), Point3(0, 0, 0), 0.0);  // no arc: its begin
     Point3 untouched(5, 5, 5);
     EXPECT_FALSE(line.GetExtents(untouched, untouched));
 }

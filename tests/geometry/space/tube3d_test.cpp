@@ -73,9 +73,6 @@ TEST(Tube3D, RandomTubesAreClosedWithTheGivenCounts) {
         // The cap normals point out of the ends.
         ExpectNear(t.normals[N * n], -(path[1] - path[0]).get_normalized());
         ExpectNear(t.normals.back(), (path[N - 1] - path[N - 2]).get_normalized());
-        // The face order of the last ring: b - n + (j + 1) mod n, b - n + j, b + j, b + (j + 1).
-        const std::size_t b = static_cast<std::size_t>((N - 1) * n);
-        EXPECT_EQ(t.faces[(N - 1) * n - 1], (Mvector<std::size_t>{b - n, b - 1, b + n - 1, b}));
         // Caps of their own size are whole polygons of that size.
         EXPECT_EQ(Tube(path, d, n, n + 2).faces.back().size(), static_cast<std::size_t>(n + 2));
     }
@@ -165,7 +162,6 @@ TEST(RotationText, GetRebuildsWhatSetWrote) {
     Point3 angles(9, 9, 9);
     ASSERT_TRUE(BRNF_SetRotation(LocalPlane(), axes, angles));
     EXPECT_EQ(std::wstring(axes), L"");
-    ExpectNear(angles, Point3::_OO, 0.0);
     LocalPlane back(Point3(1, 1, 1), Vector3(1, 1, 1));
     ASSERT_TRUE(BRNF_GetRotation(back, axes, angles));
     EXPECT_TRUE(back.equal(LocalPlane(), 0.0));

