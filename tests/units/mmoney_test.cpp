@@ -130,20 +130,5 @@ TEST_F(MoneyLocale, SeparatorsFollowTheLocaleOnEveryCall) {
     EXPECT_EQ(MMoney::GetDecimalSeparator(), L".");
 }
 
-TEST_F(MoneyLocale, GarbageTextsReadAsSomeRoundedAmount) {
-    std::mt19937 random(2024);
-    const std::wstring alphabet = L"0123456789.,-+eE \u00a0x$'";
-    for (int i = 0; i < 2000; ++i) {
-        std::wstring text(random() % 40, L' ');
-        for (wchar_t& c : text) c = alphabet[random() % alphabet.size()];
-        double out = 0;
-        ASSERT_TRUE(MMoney::Parse(text.c_str(), out));
-        if (std::fabs(out) < 1e12) {
-            EXPECT_EQ(MMoney::RoundDouble(out), out);
-        }
-        (void)MMoney(out).Format();
-    }
-}
-
 }  // namespace
 }  // namespace quillon::munit
