@@ -274,7 +274,7 @@ std::optional<std::wstring> FormatWv(std::size_t capacity, const wchar_t* format
 std::wstring FormatW(const wchar_t* format, ...) {
     // vswprintf reports neither the needed size nor a format error apart from "too small": grow,
     // and stop at a size no sensible text reaches.
-    for (std::size_t capacity = 64;; capacity *= 4) {
+    for (std::size_t capacity = 64;; capacity *= 4) {  // mutate: off (a first size; growth decides)
         std::va_list args;
         va_start(args, format);
         std::optional<std::wstring> text = FormatWv(capacity, format, args);

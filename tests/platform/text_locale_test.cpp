@@ -22,6 +22,8 @@ TEST(Text, Utf8RoundTripsAndRepairsBadBytes) {
     EXPECT_EQ(FromUtf8("\xe2\x82"), L"\ufffd");        // cut-off sequence
     EXPECT_EQ(FromUtf8("\xc0\xaf"), L"\ufffd\ufffd");  // overlong form refused
     EXPECT_EQ(FromUtf8("\xed\xa0\x80x"), L"\ufffdx");  // encoded surrogate refused
+    // The smallest code point of each width is no overlong form.
+    EXPECT_EQ(FromUtf8("\xc2\x80\xe0\xa0\x80"), L"\u0080\u0800");
     const std::string astral = "\xf0\x9f\x98\x80";
     const std::wstring wide = FromUtf8(astral);
     EXPECT_EQ(ToUtf8(wide), astral);

@@ -70,9 +70,11 @@ TEST_F(CatalogueTest, NamesCompareCaseSensitivelyInsideTheirKind) {
     MUnit mu;
     EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, 5), 1);
     EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, -1), 1);
-    EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, 0), 0);  // "cm"
-    EXPECT_EQ(mu.GetTotalUnit(MUNIT_LENGTH), 4);
-    EXPECT_EQ(mu.GetNameUnit(MUNIT_LENGTH, 0), L"ft");
+    EXPECT_TRUE(mu.GetUnit(MUNIT_LENGTH, 5).name.empty());  // one past the last
+    EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, 1), 0);            // "ft"
+    EXPECT_EQ(mu.EraseUnit(MUNIT_LENGTH, 0), 0);            // "cm"
+    EXPECT_EQ(mu.GetTotalUnit(MUNIT_LENGTH), 3);
+    EXPECT_EQ(mu.GetNameUnit(MUNIT_LENGTH, 0), L"in");
 }
 
 TEST_F(CatalogueTest, SingletonLifecycle) {
