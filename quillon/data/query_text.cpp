@@ -55,7 +55,7 @@ namespace {
 // One pass for one operator character. The output is built as we go, so the index of an
 // occurrence in the current text is the output length, the character before it is the output's
 // last one, and the character after it is still the input's next one.
-std::wstring SpaceOneOperator(std::wstring_view in, wchar_t c) {
+std::wstring SpaceOneOperator(const std::wstring& in, wchar_t c) {
     std::wstring out;
     out.reserve(in.size() + in.size() / 4 + 2);
     wchar_t closer = 0;
@@ -76,8 +76,7 @@ std::wstring SpaceOneOperator(std::wstring_view in, wchar_t c) {
             continue;
         }
         const wchar_t p = out.back();
-        const bool nEnd = i + 1 >= in.size();
-        const wchar_t n = nEnd ? L'\0' : in[i + 1];
+        const wchar_t n = in[i + 1];  // the string's terminator after the last character
         const bool pBlank = p == L' ';
         const bool nBlankOrEnd = IsBlankOrEnd(in, i + 1);
         bool before = false;

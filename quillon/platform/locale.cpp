@@ -26,9 +26,10 @@ std::optional<LocaleTexts>& overrideSlot() {
 
 #if defined(_WIN32)
 std::wstring localeInfo(LCTYPE type) {
-    wchar_t buffer[32] = {};
-    const int n = GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, type, buffer, 32);
-    return n > 0 ? std::wstring(buffer) : std::wstring();
+    wchar_t buffer[32] = {};  // mutate: off (Windows only, not built here)
+    const int n =
+        GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, type, buffer, 32);  // mutate: off (Windows only)
+    return n > 0 ? std::wstring(buffer) : std::wstring();             // mutate: off (Windows only)
 }
 
 LocaleTexts readEnvironment() {
@@ -73,13 +74,12 @@ LocaleTexts CurrentLocaleTexts() {
         key += value ? value : "\x01";
         key += '\0';
     }
+    // The key holds four terminators, so it never equals the empty key of the first call.
     static std::string cachedKey;
     static LocaleTexts cached;
-    static bool known = false;
-    if (!known || key != cachedKey) {
+    if (key != cachedKey) {
         cached = readEnvironment();
         cachedKey = std::move(key);
-        known = true;
     }
     return cached;
 #endif

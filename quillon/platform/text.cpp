@@ -93,7 +93,7 @@ double leadingDouble(const Char* s, std::size_t n, std::size_t* used) {
     const auto result = std::from_chars(narrow.data(), narrow.data() + narrow.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
         // Too large saturates to infinity, too small to zero, as strtod does.
-        const bool negative = !narrow.empty() && narrow[0] == '-';
+        const bool negative = narrow[0] == '-';  // out of range: there were digits
         const auto e = narrow.find_first_of("eE");
         const bool hugeExp = e != std::string::npos && narrow[e + 1] != '-';
         value = hugeExp ? (negative ? -HUGE_VAL : HUGE_VAL) : (negative ? -0.0 : 0.0);
@@ -274,7 +274,7 @@ std::optional<std::wstring> FormatWv(std::size_t capacity, const wchar_t* format
 std::wstring FormatW(const wchar_t* format, ...) {
     // vswprintf reports neither the needed size nor a format error apart from "too small": grow,
     // and stop at a size no sensible text reaches.
-    for (std::size_t capacity = 64;; capacity *= 4) {
+    for (std::size_t capacity = 64;; capacity *= 4) {  // mutate: off (a first size; growth decides)
         std::va_list args;
         va_start(args, format);
         std::optional<std::wstring> text = FormatWv(capacity, format, args);

@@ -91,16 +91,14 @@ std::wstring MMoney::DoubleToStr(double value, wchar_t fill) {
 
 std::wstring MMoney::Format() const {
     std::wstring text = DoubleToStr(amount_, L' ');
-    const std::size_t first = text.find_first_not_of(L' ');
-    const std::size_t last = text.find_last_not_of(L' ');
-    text = first == std::wstring::npos ? std::wstring() : text.substr(first, last - first + 1);
+    text.erase(0, text.find_first_not_of(L' '));  // right-aligned: the blanks are on the left
 
     const std::wstring decimal = GetDecimalSeparator();
     const std::wstring thousands = GetThousandSeparator();
     std::wstring result;
     std::wstring integer = text;
     const std::size_t point = text.find(L'.');
-    if (point != std::wstring::npos && point + 1 < text.size()) {
+    if (point != std::wstring::npos) {  // fixed notation: two decimals follow
         result = decimal + text.substr(point + 1);
         integer = text.substr(0, point);
     }
@@ -110,7 +108,6 @@ std::wstring MMoney::Format() const {
         if (count > 0 && count % 3 == 0 && *it != L'-') result.insert(0, thousands);
         result.insert(result.begin(), *it);
     }
-    if (integer.empty() && !result.empty()) result.insert(result.begin(), L'0');
     return result;
 }
 

@@ -82,9 +82,9 @@ int MUnit::CnvUnit(double& out, MUNIT_TYPES id, const std::wstring& unitText, do
     if (c1 == 0.0) return 1;
     const quantities::QuantityType* q = quantities::Find(id);
     if (!q || !q->convertsText) return 1;  // a type without unit texts
-    const double c2 = q->power2 != 0 ? GetCoefUnit2(id, unitText) : 0.0;
-    const double c3 = q->power3 != 0 ? GetCoefUnit3(id, unitText) : 0.0;
-    const quantities::Factor f = quantities::FactorOf(*q, c1, c2, c3);
+    // A unit of power 0 plays no part in the factor, whatever its name gives.
+    const quantities::Factor f =
+        quantities::FactorOf(*q, c1, GetCoefUnit2(id, unitText), GetCoefUnit3(id, unitText));
     double factor = f.numerator;
     const double divisor = f.divisor;
     // A divisor unit without a factor cannot give a finite result.

@@ -1,7 +1,5 @@
 #include "quillon/units/munit_init.h"
 
-#include <exception>
-
 namespace quillon::munit {
 namespace {
 
@@ -28,12 +26,8 @@ std::vector<Unit>* MInitUnit::list(MUNIT_T kind) {
 double MInitUnit::GetCoeffUnit(MUNIT_T kind, const std::wstring& name) const {
     const std::vector<Unit>* units = list(kind);
     if (!units) return 0.0;
-    try {
-        for (const Unit& u : *units) {
-            if (u.name == name) return u.coef;
-        }
-    } catch (const std::exception&) {
-        return 0.0;
+    for (const Unit& u : *units) {
+        if (u.name == name) return u.coef;
     }
     return correctQuantity_ ? 0.0 : 1.0;
 }
@@ -52,12 +46,8 @@ Unit MInitUnit::GetUnit(MUNIT_T kind, int index) const {
 int MInitUnit::EraseUnit(MUNIT_T kind, int index) {
     std::vector<Unit>* units = list(kind);
     if (!units) return 2;
-    try {
-        if (index < 0 || static_cast<std::size_t>(index) >= units->size()) return 1;
-        units->erase(units->begin() + index);
-    } catch (const std::exception&) {
-        return 1;
-    }
+    if (index < 0 || static_cast<std::size_t>(index) >= units->size()) return 1;
+    units->erase(units->begin() + index);
     return 0;
 }
 

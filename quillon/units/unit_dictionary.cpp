@@ -15,24 +15,11 @@ std::array<std::optional<Dictionary>, UNITDIC_COUNT>& dictionaries() {
     return dicts;
 }
 
-constexpr const wchar_t* kDefaultNames[UNITDIC_NAMES] = {
-    L"m", L"cm", L"mm",  L"cm",  L"mm", L"mm", L"cm", L"kN", L"kN", L"m",  L"MN",
-    L"m", L"cm", L"Deg", L"Rad", L"kG", L"kg", L"cm", L"C",  L"s",  L"Hz",
-};
-
-template <std::size_t N>
-void copyField(wchar_t (&field)[N], const wchar_t* text) {
-    std::size_t i = 0;
-    for (; i + 1 < N && text[i] != L'\0'; ++i) field[i] = text[i];
-    for (; i < N; ++i) field[i] = L'\0';
-}
-
 UNITDIC_UNITSNAMES makeDefaultNames() {
-    UNITDIC_UNITSNAMES block{};
-    for (int i = 0; i < UNITDIC_NAMES; ++i) copyField(block.names[i], kDefaultNames[i]);
-    copyField(block.openBracket, L"(");
-    copyField(block.closeBracket, L")");
-    return block;
+    return {{L"m", L"cm", L"mm",  L"cm",  L"mm", L"mm", L"cm", L"kN", L"kN", L"m", L"MN",
+             L"m", L"cm", L"Deg", L"Rad", L"kG", L"kg", L"cm", L"C",  L"s",  L"Hz"},
+            L"(",
+            L")"};
 }
 
 // A field need not hold a terminator when all 30 characters are used.

@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -87,7 +86,9 @@ TEST(DbValues, NumbersAndComparison) {
     }
     EXPECT_DOUBLE_EQ(v, -0.025);
     for (const wchar_t* text : {L"", L"-", L".", L"1e", L"1 ", L" 1", L"0x10", L"inf", L"nan",
-                                L"1,5", L"1e999", L"12a", L"--1"}) {
+                                L"1,5", L"1e999", L"12a", L"--1", L"+-1",
+                                // wide characters whose low byte is a digit or an 'e'
+                                L"\u0131", L"1\u01655"}) {
         EXPECT_FALSE(DbReadNumber(text, v)) << text;
     }
     EXPECT_LT(DbCompareValues(L"9", L"10"), 0);   // numbers
@@ -248,58 +249,6 @@ TEST_F(Beams, RandomWhereMatchesDirectReading) {
             if (expression()) expected += row[0] + L" ";
         }
         EXPECT_EQ(Names(sql), expected) << sql;
-    }
-}
-
-// Any text gives a result and log lines; never a crash, a hang or a leak (run under ASan).
-TEST_F(Beams, RandomQueryTextsAlwaysAnswer) {
-    std::mt19937 rng(99);
-    Lines vocabulary;
-    std::wistringstream words(
-        L"select SELECT top distinct from where order by asc desc and or not ( ) * beams [Beams] "
-        L"t name length grade weight = <> != < >= == 'S235' 'x \"q\" 5 -1 10 , ; [ ] \xFF91 ' \"");
-    for (std::wstring w; words >> w;) vocabulary.push_back(w);
-    const Lines seeds = {
-        L"select top 3 distinct name, length from beams where (length > 5 and not grade = "
-        L"'S235') or weight <= 22.4 order by length desc",
-        L"select * from [Beams] where grade<>'S355'", L"select name from beams order by weight"};
-    auto pick = [&](const Lines& l) { return l[rng() % l.size()]; };
-    for (int round = 0; round < 3000; ++round) {
-        std::wstring sql;
-        if (round % 3 == 0) {  // words from the vocabulary
-            for (unsigned n = rng() % 16; n > 0; --n) {
-                sql += pick(vocabulary);
-                if (rng() % 4 != 0) sql += L' ';
-            }
-        } else if (round % 3 == 1) {  // mutations of good queries
-            sql = pick(seeds);
-            for (unsigned e = 1 + rng() % 4; e > 0 && !sql.empty(); --e) {
-                const std::size_t at = rng() % sql.size();
-                const unsigned how = rng() % 3;
-                if (how == 0) sql.erase(at, 1 + rng() % 5);
-                if (how == 1) sql.insert(at, 1, static_cast<wchar_t>(rng() % 0x80));
-                if (how == 2) sql[at] = L"()[]'\"=<>!*,; \xFF91\0"[rng() % 17];
-            }
-        } else {  // truncations and raw characters
-            sql = pick(seeds).substr(0, rng() % 60);
-            for (unsigned i = rng() % 8; i > 0; --i) {
-                sql += static_cast<wchar_t>(i % 2 ? rng() % 0x10000 : rng());
-            }
-        }
-        const std::size_t before = db.GetErrorLog().size();
-        const DbQueryResult r = db.Query(sql);
-        const Lines& log = db.GetErrorLog();
-        ASSERT_GE(log.size(), before + 3) << "query, verdict, run";
-        if (r.ok) {
-            EXPECT_EQ(log.back(), L"SQL Query - ok, " + std::to_wstring(r.rows.size()) + L" rows");
-            for (const auto& row : r.rows) ASSERT_EQ(row.size(), r.fields.size());
-            EXPECT_LE(r.rows.size(), 6u);
-        } else {
-            EXPECT_EQ(log.back(), L"SQL Query - failed");
-            EXPECT_TRUE(r.rows.empty());
-        }
-        ASSERT_EQ(db.GetTableDescr(L"beams")->GetFilterCount(), 0u) << "filters released";
-        if (log.size() > 10000) db.ClearErrorLog();
     }
 }
 

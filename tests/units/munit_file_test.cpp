@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <sstream>
 #include <string>
 
@@ -178,89 +177,38 @@ TEST_F(UnitFileTest, InvalidRecordsAreDroppedSilently) {
     EXPECT_EQ(mu.GetTypeUnit(T(7)).unit1, L"kN");
 }
 
-TEST_F(UnitFileTest, NewerVersionIsRefused) {
-    MUnit mu;
-    ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"cm", L"", L"", false), 0);
-    const TypeUnitTable before = table_;
-    std::string bytes = buildFile(8);
-    bytes[0] = 9;
-    EXPECT_FALSE(mu.InitFromFile(Write("nine", bytes)));
-    EXPECT_EQ(table_, before);
-    std::istringstream in(bytes);
-    Archive ar(in);
-    try {
-        mu.Serialize(ar);
-        FAIL() << "version 9 was read";
-    } catch (const ArchiveException& e) {
-        EXPECT_EQ(e.cause, ArchiveException::badSchema);
-    }
-    EXPECT_EQ(table_, before);
-    EXPECT_FALSE(mu.InitFromFile(dir_ / "missing"));
-    EXPECT_FALSE(mu.WriteToFile(dir_));  // a folder cannot be written as a file
-    EXPECT_FALSE(mu.WriteToFile(dir_ / "no" / "such" / "folder"));
-    EXPECT_EQ(table_, before);
-}
-
-// Damaged files: every truncation fails; random damage either fails with the table untouched or
-// loads a table of valid records only.
-TEST_F(UnitFileTest, DamagedFilesLeaveTheTableIntact) {
+// A newer version, a missing file and every truncation of a good file fail and leave the table as
+// it was (random damage is the unit_file fuzz target's job); an unwritable path fails too.
+TEST_F(UnitFileTest, NewerOrDamagedFilesLeaveTheTableIntact) {
     MUnit mu;
     ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"cm", L"", L"", false), 0);
     ASSERT_EQ(mu.SetTypeUnit(T(14), 2, L"kN", L"m", L"", false), 0);
     const TypeUnitTable before = table_;
     const std::string good = buildFile(8);
-    const auto load = [&](const std::string& bytes) {
+    // The cause of the ArchiveException that reading 'bytes' throws, -1 when it reads.
+    const auto causeOf = [&](const std::string& bytes) {
         std::istringstream in(bytes);
         Archive ar(in);
         try {
             mu.Serialize(ar);
-            return true;
-        } catch (const ArchiveException&) {
-            return false;
+            return -1;
+        } catch (const ArchiveException& e) {
+            return static_cast<int>(e.cause);
         }
     };
+    std::string nine = good;
+    nine[0] = 9;
+    EXPECT_EQ(causeOf(nine), ArchiveException::badSchema);
+    EXPECT_FALSE(mu.InitFromFile(Write("nine", nine)));
     for (std::size_t n = 0; n < good.size(); ++n) {
-        ASSERT_FALSE(load(good.substr(0, n))) << n;
+        ASSERT_NE(causeOf(good.substr(0, n)), -1) << n;
         ASSERT_EQ(table_, before) << n;
     }
-    for (std::size_t n : {std::size_t{1}, good.size() / 2, good.size() - 1}) {
-        ASSERT_FALSE(mu.InitFromFile(Write("cut", good.substr(0, n))));
-        ASSERT_EQ(table_, before);
-    }
-
-    std::mt19937 rng(20240611);
-    int refused = 0;
-    for (int round = 0; round < 3000; ++round) {
-        std::string bytes = good;
-        const unsigned how = round % 4;
-        if (how == 0) {  // flip a few bytes
-            for (unsigned k = 1 + rng() % 4; k > 0; --k)
-                bytes[rng() % bytes.size()] = static_cast<char>(rng());
-        } else if (how == 1) {  // cut and flip
-            bytes.resize(rng() % bytes.size());
-            if (!bytes.empty()) bytes[rng() % bytes.size()] ^= static_cast<char>(1 + rng() % 255);
-        } else if (how == 2) {  // insert garbage
-            bytes.insert(rng() % bytes.size(),
-                         std::string(1 + rng() % 8, static_cast<char>(rng())));
-        } else {  // pure garbage after a valid version
-            bytes.assign(2 + rng() % 64, '\0');
-            for (char& c : bytes) c = static_cast<char>(rng());
-            bytes[0] = static_cast<char>(rng() % 9);
-            bytes[1] = 0;
-        }
-        table_ = before;
-        if (!load(bytes)) {
-            ++refused;
-            ASSERT_EQ(table_, before) << round;
-            continue;
-        }
-        for (const TypeUnit& t : table_) {
-            ASSERT_EQ(
-                mu.CorrectQuantity(t.id, t.kind1, t.kind2, t.kind3, t.unit1, t.unit2, t.unit3),
-                M_SUCCESS);
-        }
-    }
-    EXPECT_GT(refused, 1000);
+    ASSERT_FALSE(mu.InitFromFile(Write("cut", good.substr(0, good.size() - 1))));
+    EXPECT_FALSE(mu.InitFromFile(dir_ / "missing"));
+    EXPECT_FALSE(mu.WriteToFile(dir_));  // a folder cannot be written as a file
+    EXPECT_FALSE(mu.WriteToFile(dir_ / "no" / "such" / "folder"));
+    EXPECT_EQ(table_, before);
 }
 
 }  // namespace

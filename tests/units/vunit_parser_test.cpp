@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -60,22 +59,17 @@ TEST_F(UnitText, EveryGrammarRuleGivesItsQuantity) {
     for (const Case& c : cases) ExpectQuantity(c);
 }
 
-TEST_F(UnitText, GrammarErrorsGiveAnInvalidQuantity) {
-    const wchar_t* bad[] = {
-        L"kN/m/s",  // a second quotient
-        L"1/s/m",  L"2/kN/m",  L"(m)",   L"m)",   L"2 3",   L"2 3 m", L"3/2",   L"/m",
-        L"m/",     L"*m",      L"m*",    L"m**m", L"m*2",   L"2**m",  L"m^",    L"m^2.5",
-        L"m^m",    L"m -2",    L"m2.5",  L"-",    L"--2",   L"- 2",   L"1.5.2", L"m,",
-        L".5 m",   L"2 m 3 /", L"kN//m", L"m^+2", L"2 + m", L"2em",
-    };
+TEST_F(UnitText, GrammarErrorsAndUnknownWordsGiveAnInvalidQuantity) {
+    const wchar_t* bad[] = {L"kN/m/s",  // a second quotient
+                            L"1/s/m", L"2/kN/m", L"(m)", L"m)", L"2 3", L"2 3 m", L"3/2", L"/m",
+                            L"m/", L"*m", L"m*", L"m**m", L"m*2", L"2**m", L"m^", L"m^2.5", L"m^m",
+                            L"m -2", L"m2.5", L"-", L"--2", L"- 2", L"1.5.2", L"m,", L".5 m",
+                            L"2 m 3 /", L"kN//m", L"m^+2", L"2 + m", L"2em",
+                            // unknown words and characters
+                            L"foo", L"x", L"pa", L"kn", L"d", L"da", L"2 e", L"mx", L"kN·m",
+                            L"m\u00b2", L"\u00b5m", L"K", L"2 % m", L"m_", L"m m^"};
     for (const wchar_t* text : bad) ExpectInvalid(text);
     ExpectInvalid(nullptr);
-}
-
-TEST_F(UnitText, UnknownWordsAndCharactersAreRefused) {
-    const wchar_t* bad[] = {L"foo", L"x",    L"pa",      L"kn",      L"d", L"da",    L"2 e",
-                            L"mx",  L"kN·m", L"m\u00b2", L"\u00b5m", L"K", L"2 % m", L"m_"};
-    for (const wchar_t* text : bad) ExpectInvalid(text);
 }
 
 TEST_F(UnitText, PrefixesTakeTheFirstMatchThenABaseUnit) {
@@ -134,26 +128,21 @@ TEST_F(UnitText, VsetFormatsOnlyWhenTheTextHoldsAPercentSign) {
 }
 
 TEST_F(UnitText, ParsesOnSeveralThreadsDoNotInterfere) {
-    const Case cases[] = {{L"2.5 kN*m", 2500, 2, 1, -2},
-                          {L"kg/m^3", 1, -3, 1, 0},
-                          {L"1/s", 1, 0, 0, -1},
-                          {L"5 ton", 4535.92511, 1, 0, 0}};
+    const Case cases[] = {
+        {L"2.5 kN*m", 2500, 2, 1, -2}, {L"kg/m^3", 1, -3, 1, 0}, {L"1/s", 1, 0, 0, -1}};
+    std::vector<int> failures(3, 0);
     std::vector<std::thread> threads;
-    std::vector<int> failures(4, 0);
-    for (int t = 0; t < 4; ++t) {
+    for (int t = 0; t < 3; ++t) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 2000; ++i) {
-                const Case& c = cases[(t + i) % 4];
+                const Case& c = cases[(t + i) % 3];
                 const VUnit v(c.text);
-                if (!v || v.to_mks() != VUnit(c.text).to_mks() ||
-                    !(v.unit() == SUnit(c.m, c.kg, c.s))) {
-                    ++failures[t];
-                }
+                failures[t] += !v || v.to_mks() != c.value || !(v.unit() == SUnit(c.m, c.kg, c.s));
             }
         });
     }
     for (auto& thread : threads) thread.join();
-    for (int f : failures) EXPECT_EQ(f, 0);
+    EXPECT_EQ(failures, std::vector<int>(3, 0));
 }
 
 TEST_F(UnitText, TraceShowsTokensAndReductions) {
@@ -162,6 +151,7 @@ TEST_F(UnitText, TraceShowsTokensAndReductions) {
     EXPECT_TRUE(VUnit::YaccTrace());
     testing::internal::CaptureStderr();
     const VUnit ok(L"2 kN/m");
+    const VUnit product(L"m*s");
     const VUnit bad(L"kN/m/s");
     const std::string trace = testing::internal::GetCapturedStderr();
     EXPECT_TRUE(ok.is_valid());
@@ -169,50 +159,12 @@ TEST_F(UnitText, TraceShowsTokensAndReductions) {
     EXPECT_NE(trace.find("UNIT \"kN\""), std::string::npos) << trace;
     EXPECT_NE(trace.find("rule 9"), std::string::npos) << trace;
     EXPECT_NE(trace.find("rule 4"), std::string::npos) << trace;
+    EXPECT_NE(trace.find("rule 12"), std::string::npos) << trace;
     EXPECT_NE(trace.find("syntax error"), std::string::npos) << trace;
     VUnit::YaccTrace(false);
     testing::internal::CaptureStderr();
     (void)VUnit(L"kN");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
-// Garbage, mutations and truncations of good texts: every one gives a quantity or an invalid one,
-// the same on every run; under the sanitizers this is our fuzzing.
-TEST_F(UnitText, RandomTextsNeverBreakTheParser) {
-    std::mt19937 random(20240611);
-    const std::wstring alphabet =
-        L"0123456789-+.eE*/^ ()kMmhdacugsGNHzPaJWTontinchfklbpsiyr\u00b2x%";
-    const std::wstring seeds[] = {L"2.5 kN*m",    L"kg/m^3",     L"1/s",
-                                  L"3 kN*m/s^-2", L"m2 3 ft-in", L"-4e-2*daN/cm^2"};
-    int valid = 0;
-    for (int i = 0; i < 20000; ++i) {
-        std::wstring text;
-        if (i % 2 == 0) {
-            text.resize(random() % 24);
-            for (wchar_t& c : text) c = alphabet[random() % alphabet.size()];
-        } else {
-            text = seeds[random() % std::size(seeds)];
-            const int edits = 1 + static_cast<int>(random() % 3);
-            for (int e = 0; e < edits && !text.empty(); ++e) {
-                const std::size_t at = random() % text.size();
-                const unsigned how = random() % 3;
-                if (how == 0) text.erase(at, 1);
-                if (how == 1) text.insert(at, 1, alphabet[random() % alphabet.size()]);
-                if (how == 2) text.resize(at);
-            }
-        }
-        const VUnit v(text.c_str());
-        const VUnit again(text.c_str());
-        ASSERT_EQ(v.is_valid(), again.is_valid());
-        if (v.is_valid()) {
-            ++valid;
-            ASSERT_EQ(v.unit(), again.unit());
-            std::wostringstream out;
-            out << v;
-            ASSERT_NE(out.str(), L"[BAD-UNIT]");
-        }
-    }
-    EXPECT_GT(valid, 100);  // the mutations reach the accepting paths too
 }
 
 }  // namespace
