@@ -1,5 +1,3 @@
-#include "tools/quillon/cli.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -14,27 +12,12 @@
 #include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/platform/text.h"
 #include "quillon/sections/contour_props.h"
+#include "tests/tools/run_quillon.h"
 
 namespace quillon::tool {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-
-struct Outcome {
-    int code = -1;
-    std::string out;
-    std::string err;
-};
-
-Outcome run(std::vector<std::string> args, const std::string& input = {}) {
-    std::istringstream in(input);
-    std::ostringstream out, err;
-    Outcome r;
-    r.code = RunQuillon(args, in, out, err);
-    r.out = out.str();
-    r.err = err.str();
-    return r;
-}
 
 std::string example(const std::string& name) {
     return std::string(QUILLON_SOURCE_DIR) + "/examples/" + name;

@@ -14,27 +14,11 @@
 #include "quillon/geometry/contours/contour_validate.h"
 #include "quillon/platform/text.h"
 #include "quillon/sections/contour_props.h"
-#include "tools/quillon/cli.h"
+#include "tests/tools/run_quillon.h"
 #include "tools/quillon/shape_output.h"
 
 namespace quillon::tool {
 namespace {
-
-struct Outcome {
-    int code = -1;
-    std::string out;
-    std::string err;
-};
-
-Outcome run(std::vector<std::string> args, const std::string& input = {}) {
-    std::istringstream in(input);
-    std::ostringstream out, err;
-    Outcome r;
-    r.code = RunQuillon(args, in, out, err);
-    r.out = out.str();
-    r.err = err.str();
-    return r;
-}
 
 bool has(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;

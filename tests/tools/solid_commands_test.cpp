@@ -11,26 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "tools/quillon/cli.h"
+#include "tests/tools/run_quillon.h"
 
 namespace quillon::tool {
 namespace {
-
-struct Outcome {
-    int code = -1;
-    std::string out;
-    std::string err;
-};
-
-Outcome run(std::vector<std::string> args) {
-    std::istringstream in;
-    std::ostringstream out, err;
-    Outcome r;
-    r.code = RunQuillon(args, in, out, err);
-    r.out = out.str();
-    r.err = err.str();
-    return r;
-}
 
 // The number after "label" in a command's output, NaN when it is not there.
 double number(const std::string& text, const std::string& label) {
