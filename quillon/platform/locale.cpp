@@ -41,8 +41,8 @@ LocaleTexts readEnvironment() {
     const locale_t loc = newlocale(LC_ALL_MASK, "", static_cast<locale_t>(nullptr));
     if (!loc) return {};
     const char* codeset = nl_langinfo_l(CODESET, loc);
-    const bool utf8 =
-        codeset && (std::strcmp(codeset, "UTF-8") == 0 || std::strcmp(codeset, "utf8") == 0);
+    // glibc, musl and the BSDs all name it so.
+    const bool utf8 = codeset && std::strcmp(codeset, "UTF-8") == 0;
     auto item = [&](nl_item what) -> std::wstring {
         const char* text = nl_langinfo_l(what, loc);
         if (!text) return {};

@@ -266,7 +266,8 @@ std::optional<std::wstring> FormatWv(std::size_t capacity, const wchar_t* format
         n = _vsnwprintf_s_l(out.data(), out.size(), _TRUNCATE, format, cLocale(), args);
 #endif
     }
-    if (n < 0 || static_cast<std::size_t>(n) >= out.size()) return std::nullopt;
+    const bool failed = n < 0;  // mutate: off (an empty text only grows the buffer: still empty)
+    if (failed || static_cast<std::size_t>(n) >= out.size()) return std::nullopt;
     out.resize(static_cast<std::size_t>(n));
     return out;
 }

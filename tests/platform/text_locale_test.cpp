@@ -31,6 +31,9 @@ TEST(Text, Utf8RoundTripsAndRepairsBadBytes) {
     // A high surrogate at the end of a view is lone, whatever follows it in memory.
     const std::wstring pair = L"a\xD83D\xDE00";
     EXPECT_EQ(ToUtf8(std::wstring_view(pair).substr(0, 2)), "a\xef\xbf\xbd");
+    EXPECT_EQ(ToUtf8(pair), "a" + astral);  // a pair is one code point, also where wchar_t is wider
+    // Only a high surrogate opens a pair: two low ones are two repairs.
+    EXPECT_EQ(ToUtf8(std::wstring{0xDC00, 0xDC00}), "\xef\xbf\xbd\xef\xbf\xbd");
 }
 
 TEST(Text, LeadingNumberRule) {
@@ -57,7 +60,7 @@ TEST(Text, LeadingNumberRule) {
     std::size_t used = 0;
     EXPECT_EQ(LeadingDouble("3.25 m", &used), 3.25);
     EXPECT_EQ(used, 4u);
-    EXPECT_EQ(LeadingDouble("m", &used), 0.0);
+    EXPECT_EQ(LeadingDouble("-m", &used), 0.0);  // a sign alone is no number
     EXPECT_EQ(used, 0u);
 }
 
