@@ -11,6 +11,11 @@ TypeUnitTable& builtInTable() {
     return table;
 }
 
+// Whether `index` names an entry of `units`.
+bool holds(const std::vector<Unit>& units, int index) {
+    return index >= 0 && static_cast<std::size_t>(index) < units.size();
+}
+
 }  // namespace
 
 const std::vector<Unit>* MInitUnit::list(MUNIT_T kind) const {
@@ -39,14 +44,14 @@ int MInitUnit::GetTotalUnit(MUNIT_T kind) const {
 
 Unit MInitUnit::GetUnit(MUNIT_T kind, int index) const {
     const std::vector<Unit>* units = list(kind);
-    if (!units || index < 0 || static_cast<std::size_t>(index) >= units->size()) return Unit{};
+    if (!units || !holds(*units, index)) return Unit{};
     return (*units)[static_cast<std::size_t>(index)];
 }
 
 int MInitUnit::EraseUnit(MUNIT_T kind, int index) {
     std::vector<Unit>* units = list(kind);
     if (!units) return 2;
-    if (index < 0 || static_cast<std::size_t>(index) >= units->size()) return 1;
+    if (!holds(*units, index)) return 1;
     units->erase(units->begin() + index);
     return 0;
 }

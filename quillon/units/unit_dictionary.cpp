@@ -15,6 +15,8 @@ std::array<std::optional<Dictionary>, UNITDIC_COUNT>& dictionaries() {
     return dicts;
 }
 
+bool known(UNITDIC_TYPE dict) { return dict >= 0 && dict < UNITDIC_COUNT; }
+
 UNITDIC_UNITSNAMES makeDefaultNames() {
     return {{L"m", L"cm", L"mm",  L"cm",  L"mm", L"mm", L"cm", L"kN", L"kN", L"m", L"MN",
              L"m", L"cm", L"Deg", L"Rad", L"kG", L"kg", L"cm", L"C",  L"s",  L"Hz"},
@@ -33,7 +35,7 @@ std::wstring fieldText(const wchar_t (&field)[UNITDIC_FIELD]) {
 
 std::wstring UNITDIC_GetUnitNameTrans(UNITDIC_TYPE dict, const wchar_t* name) {
     const std::wstring key = name ? std::wstring(name) : std::wstring();
-    if (dict < 0 || dict >= UNITDIC_COUNT) return key;
+    if (!known(dict)) return key;
     const auto& d = dictionaries()[static_cast<std::size_t>(dict)];
     if (!d) return key;
     const auto it = d->find(key);
@@ -52,7 +54,7 @@ void UNITDIC_Init() {
 }
 
 int UNITDIC_SetDictionary(UNITDIC_TYPE dict, const UNITDIC_ENTRY* entries) {
-    if (dict < 0 || dict >= UNITDIC_COUNT) return 1;
+    if (!known(dict)) return 1;
     Dictionary d;
     for (const UNITDIC_ENTRY* e = entries; e && e->key[0] != L'\0'; ++e) {
         d.emplace(fieldText(e->key), fieldText(e->translation));
