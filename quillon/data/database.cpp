@@ -274,7 +274,8 @@ DbQueryResult DbDatabase::Query(const std::wstring& sql) {
         std::stable_sort(selected.begin(), selected.end(), [&](std::size_t a, std::size_t b) {
             for (std::size_t k = 0; k < width; ++k) {
                 const int c = CompareKeys(keys[a * width + k], keys[b * width + k]);
-                if (c != 0) return descending ? c > 0 : c < 0;
+                if (c < 0) return !descending;
+                if (c > 0) return descending;
             }
             return false;
         });

@@ -13,9 +13,9 @@ bool DbReadNumber(std::wstring_view text, double& value) {
     auto digits = [&]() {
         const std::size_t start = i;
         while (i < n && text[i] >= L'0' && text[i] <= L'9') ++i;
-        return i - start;
+        return i - start;  // mutate: off (a wrong count still meets from_chars below)
     };
-    if (i < n && (text[i] == L'+' || text[i] == L'-')) ++i;
+    if (text.starts_with(L'+') || text.starts_with(L'-')) ++i;
     std::size_t mantissa = digits();
     if (i < n && text[i] == L'.') {
         ++i;

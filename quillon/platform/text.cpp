@@ -182,7 +182,7 @@ std::wstring FromUtf8(std::string_view text) {
         std::uint32_t c = 0xFFFD;
         std::size_t len = 1;
         std::size_t need = 0;
-        std::uint32_t min = 0;
+        std::uint32_t min = 0;  // mutate: off (set by every branch that reads it)
         if (b < 0x80) {
             c = b;
         } else if (b >= 0xC2 && b < 0xE0) {
@@ -234,7 +234,7 @@ std::string FormatC(const char* format, ...) {
 #if !defined(_WIN32)
         CNumericScope scope;
         const int n = std::vsnprintf(nullptr, 0, format, args);
-        if (n > 0) {
+        if (n > 0) {  // mutate: off (an empty text writes nothing either way)
             out.resize(static_cast<std::size_t>(n) + 1);
             std::vsnprintf(out.data(), out.size(), format, again);
             out.resize(static_cast<std::size_t>(n));
@@ -257,15 +257,12 @@ std::optional<std::wstring> FormatWv(std::size_t capacity, const wchar_t* format
                                      std::va_list args) {
     if (capacity == 0) return std::nullopt;
     std::wstring out(capacity, L'\0');
-    int n = -1;
-    {
 #if !defined(_WIN32)
-        CNumericScope scope;
-        n = std::vswprintf(out.data(), out.size(), format, args);
+    const CNumericScope scope;
+    const int n = std::vswprintf(out.data(), out.size(), format, args);
 #else
-        n = _vsnwprintf_s_l(out.data(), out.size(), _TRUNCATE, format, cLocale(), args);
+    const int n = _vsnwprintf_s_l(out.data(), out.size(), _TRUNCATE, format, cLocale(), args);
 #endif
-    }
     const bool failed = n < 0;  // mutate: off (an empty text only grows the buffer: still empty)
     if (failed || static_cast<std::size_t>(n) >= out.size()) return std::nullopt;
     out.resize(static_cast<std::size_t>(n));

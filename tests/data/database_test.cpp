@@ -85,6 +85,8 @@ TEST(DbValues, NumbersAndComparison) {
         EXPECT_TRUE(DbReadNumber(text, v)) << text;
     }
     EXPECT_DOUBLE_EQ(v, -0.025);
+    EXPECT_TRUE(DbReadNumber(std::wstring_view(L"5.5").substr(0, 1), v));  // nothing past the view
+    EXPECT_EQ(v, 5.0);
     for (const wchar_t* text : {L"", L"-", L".", L"1e", L"1 ", L" 1", L"0x10", L"inf", L"nan",
                                 L"1,5", L"1e999", L"12a", L"--1", L"+-1",
                                 // wide characters whose low byte is a digit or an 'e'
@@ -127,6 +129,7 @@ TEST_F(Beams, OrderDistinctAndTop) {
     EXPECT_EQ(Names(L"order by weight"), L"B5 B1 B4 B2 B6 B3 ");
     EXPECT_EQ(Names(L"order by weight desc"), L"B3 B2 B6 B1 B4 B5 ");
     EXPECT_EQ(Names(L"order by profile, length desc"), L"B2 B6 B4 B1 B5 B3 ");
+    EXPECT_EQ(Names(L"order by grade, length"), L"B1 B4 B5 B3 B2 B6 ");  // texts by character
     EXPECT_EQ(db.Query(L"select top 2 name from beams order by length desc").rows,
               (Rows{{L"B5"}, {L"B2"}}));
     EXPECT_EQ(db.Query(L"select top 0 name from beams").rows.size(), 6u);  // no limit

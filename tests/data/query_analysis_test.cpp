@@ -21,6 +21,7 @@ TEST(QueryText, OperatorBlanksLowerCaseAndBrackets) {
         {L"where a<=b", L"where a <= b"}, {L"where a<b", L"where a < b"},
         {L"where a>b", L"where a > b"}, {L"where a=b", L"where a = b"},
         {L"where a==b", L"where a == b"}, {L"where a!=b", L"where a!= b"},
+        {L"where a<==b", L"where a <= = b"}, {L"where a><>b", L"where a > <> b"},
         {L"where a=!b", L"where a =!b"}, {L"where a = b", L"where a = b"},
         {L"where a >= b", L"where a >= b"}, {L"select*from t", L"select * from t"},
         {L"where (a=1)and(b<2)", L"where ( a = 1 ) and ( b < 2 )"}, {L"(a=1)", L"(a = 1 )"},

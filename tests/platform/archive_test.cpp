@@ -113,6 +113,10 @@ TEST(Archive, ReadsTheNarrowStringForm) {
     Bytes longer{0xFF, 0x2C, 0x01};  // 300 characters in the 16-bit form
     longer.insert(longer.end(), 300, 'z');
     EXPECT_EQ(loaded<std::wstring>(longer), std::wstring(300, L'z'));
+    // All ones in 32 bits escapes to a 64-bit length, even for a short text.
+    EXPECT_EQ(loaded<std::wstring>(Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 2, 0, 0, 0, 0, 0,
+                                         0, 0, 'o', 'k'}),
+              L"ok");
 }
 
 TEST(Archive, ReadingPastTheEndThrowsEndOfFile) {

@@ -32,8 +32,12 @@ TEST(Text, Utf8RoundTripsAndRepairsBadBytes) {
     const std::wstring pair = L"a\xD83D\xDE00";
     EXPECT_EQ(ToUtf8(std::wstring_view(pair).substr(0, 2)), "a\xef\xbf\xbd");
     EXPECT_EQ(ToUtf8(pair), "a" + astral);  // a pair is one code point, also where wchar_t is wider
-    // Only a high surrogate opens a pair: two low ones are two repairs.
+    // Only a high surrogate opens a pair, and only a low one closes it.
     EXPECT_EQ(ToUtf8(std::wstring{0xDC00, 0xDC00}), "\xef\xbf\xbd\xef\xbf\xbd");
+    EXPECT_EQ(ToUtf8(std::wstring{0xD800, 'a'}),
+              "\xef\xbf\xbd"
+              "a");
+    EXPECT_EQ(ToUtf8(std::wstring{0xD800, 0xDC00}), "\xf0\x90\x80\x80");
 }
 
 TEST(Text, LeadingNumberRule) {
@@ -60,6 +64,8 @@ TEST(Text, LeadingNumberRule) {
     std::size_t used = 0;
     EXPECT_EQ(LeadingDouble("3.25 m", &used), 3.25);
     EXPECT_EQ(used, 4u);
+    EXPECT_EQ(LeadingDouble(std::string_view("5.5").substr(0, 1), &used), 5.0);  // only the view
+    EXPECT_EQ(used, 1u);
     EXPECT_EQ(LeadingDouble("-m", &used), 0.0);  // a sign alone is no number
     EXPECT_EQ(used, 0u);
 }
