@@ -40,9 +40,9 @@ const char* causeText(int cause) {
     }
 }
 
-// Reads the length of a string, telling whether it is a wide (UTF-16) one.
+// Reads the length of a string; sets `wide` when it is a wide (UTF-16) one and leaves it as it was
+// otherwise.
 std::uint64_t readStringLength(Archive& ar, bool& wide) {
-    wide = false;
     std::uint8_t b = 0;
     ar >> b;
     if (b < 0xFF) return b;

@@ -56,23 +56,25 @@ void appendWide(std::wstring& out, std::uint32_t c) {
 // digits], at least one digit in the mantissa. Returns {start, end} or {0, 0} when there is none.
 template <typename Char>
 std::pair<std::size_t, std::size_t> numberExtent(const Char* s, std::size_t n, bool allowFraction) {
-    const auto digit = [](Char c) { return IsAsciiDigit(c); };
+    // The character at k, or NUL past the end (which is neither blank, sign, digit nor letter).
+    const auto at = [s, n](std::size_t k) { return k < n ? s[k] : Char(0); };
+    const auto sign = [](Char c) { return c == Char('+') || c == Char('-'); };
     std::size_t i = 0;
-    while (i < n && IsAsciiSpace(s[i])) ++i;
+    while (IsAsciiSpace(at(i))) ++i;
     const std::size_t start = i;
-    if (i < n && (s[i] == Char('+') || s[i] == Char('-'))) ++i;
+    if (sign(at(i))) ++i;
     std::size_t digits = 0;
-    while (i < n && digit(s[i])) ++i, ++digits;
-    if (allowFraction && i < n && s[i] == Char('.')) {
+    while (IsAsciiDigit(at(i))) ++i, ++digits;
+    if (allowFraction && at(i) == Char('.')) {
         ++i;
-        while (i < n && digit(s[i])) ++i, ++digits;
+        while (IsAsciiDigit(at(i))) ++i, ++digits;
     }
     if (digits == 0) return {0, 0};
-    if (allowFraction && i < n && (s[i] == Char('e') || s[i] == Char('E'))) {
+    if (allowFraction && (at(i) == Char('e') || at(i) == Char('E'))) {
         std::size_t j = i + 1;
-        if (j < n && (s[j] == Char('+') || s[j] == Char('-'))) ++j;
-        if (j < n && digit(s[j])) {
-            while (j < n && digit(s[j])) ++j;
+        if (sign(at(j))) ++j;
+        if (IsAsciiDigit(at(j))) {
+            while (IsAsciiDigit(at(j))) ++j;
             i = j;
         }
     }

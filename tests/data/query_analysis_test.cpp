@@ -120,6 +120,8 @@ TEST_F(Analysis, TopDistinctOrderAndKeywordsInAnyCase) {
     EXPECT_EQ(params.orderFields, (Lines{L"a", L"b"}));
     EXPECT_TRUE(params.descending);
 
+    EXPECT_TRUE(Analyze(L"select top +4 a from t"));
+    EXPECT_EQ(params.top, 4);
     EXPECT_TRUE(Analyze(L"select top many a from t;"));
     EXPECT_EQ(params.top, 0);
     EXPECT_EQ(params.selectFields, Lines{L"a"});
