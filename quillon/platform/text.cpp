@@ -41,11 +41,11 @@ void appendUtf8(std::string& out, std::uint32_t c) {
 }
 
 void appendWide(std::wstring& out, std::uint32_t c) {
-    if constexpr (sizeof(wchar_t) == 2) {
-        if (c > 0xFFFF) {
-            c -= 0x10000;
-            out.push_back(static_cast<wchar_t>(0xD800 + (c >> 10)));
-            out.push_back(static_cast<wchar_t>(0xDC00 + (c & 0x3FF)));
+    if constexpr (sizeof(wchar_t) == 2) {  // Windows: a pair of UTF-16 units
+        if (c > 0xFFFF) {                  // mutate: off (Windows)
+            c -= 0x10000;                  // mutate: off (Windows)
+            out.push_back(static_cast<wchar_t>(0xD800 + (c >> 10)));    // mutate: off (Windows)
+            out.push_back(static_cast<wchar_t>(0xDC00 + (c & 0x3FF)));  // mutate: off (Windows)
             return;
         }
     }
