@@ -105,7 +105,7 @@ std::wstring MMoney::Format() const {
     // Groups of three from the right; a minus sign is never followed by a separator.
     std::size_t count = 0;
     for (auto it = integer.rbegin(); it != integer.rend(); ++it, ++count) {
-        if (count > 0 && count % 3 == 0 && *it != L'-') result.insert(0, thousands);
+        if (count != 0 && count % 3 == 0 && *it != L'-') result.insert(0, thousands);
         result.insert(result.begin(), *it);
     }
     return result;

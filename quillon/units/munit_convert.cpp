@@ -108,7 +108,8 @@ std::wstring MUnit::FormatUnit(MUNIT_TYPES id, double value) const {
         const double step = std::pow(10.0, -precision);
         const double scaled = value / step;
         if (std::isfinite(scaled)) {
-            value = value >= 0.0 ? std::floor(scaled + 0.5) * step : std::ceil(scaled - 0.5) * step;
+            const bool up = value >= 0.0;  // mutate: off (0 gives a zero either way)
+            value = up ? std::floor(scaled + 0.5) * step : std::ceil(scaled - 0.5) * step;
             if (value == 0.0) value = 0.0;  // never print a negative zero
         }
     }

@@ -42,6 +42,8 @@ TEST_F(MoneyLocale, RoundingTakesHalvesAwayFromZero) {
     sum += MMoney(0.2);
     sum -= 0.005;
     EXPECT_DOUBLE_EQ(sum.GetVal(), 0.3);  // 0.295 rounds away from zero
+    sum -= MMoney(0.5);
+    EXPECT_DOUBLE_EQ(sum.GetVal(), -0.2);
     EXPECT_DOUBLE_EQ((-MMoney(1.234)).GetVal(), -1.23);
 }
 

@@ -373,6 +373,13 @@ TEST_F(CatalogueTest, NamesPassThroughTheDictionaries) {
     ASSERT_EQ(UNITDIC_SetDictionary(UNITDIC_LENGTH, edge), 0);
     EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_LENGTH, L"m"), L"m");
     EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_LENGTH, L"mm"), L"millimetre");
+    // A key that fills its field has no terminator: it ends where its translation begins.
+    UNITDIC_ENTRY full[2] = {};
+    std::wmemset(full[0].key, L'k', UNITDIC_FIELD);
+    std::wcscpy(full[0].translation, L"long");
+    ASSERT_EQ(UNITDIC_SetDictionary(UNITDIC_MASS, full), 0);
+    EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_MASS, std::wstring(UNITDIC_FIELD, L'k').c_str()),
+              L"long");
 
     // The names block and its brackets.
     UNITDIC_UNITSNAMES* block = UNITDIC_UnitsNames();

@@ -94,7 +94,8 @@ TEST_F(UnitText, WholeUnitsComeFirstWithTheirKeptRows) {
         {L"5 ton", 4535.92511, 1, 0, 0}, {L"T", 9806.65, 1, 1, -2}, {L"Ton", 8896.446, 1, 1, -2},
         {L"t", 1000, 0, 1, 0}, {L"inch", 0.0254, 1, 0, 0}, {L"ft-in", 0.3048, 1, 0, 0},
         {L"kips", 4448.223, 1, 1, -1}, {L"ksi", 6894759.439518879, -1, 1, -2},
-        {L"lb/ft", 4.448223 / 0.3048, 0, 1, -2}};
+        {L"lb/ft", 4.448223 / 0.3048, 0, 1, -2}, {L"2 yard", 1.8288, 1, 0, 0},
+        {L"foot", 0.3048, 1, 0, 0}, {L"psi", 6894.759439518879, -1, 1, -2}};
     // clang-format on
     for (const Case& c : cases) ExpectQuantity(c);
 }
@@ -152,6 +153,7 @@ TEST_F(UnitText, TraceShowsTokensAndReductions) {
     testing::internal::CaptureStderr();
     const VUnit ok(L"2 kN/m");
     const VUnit product(L"m*s");
+    const VUnit quotient(L"2/s");
     const VUnit bad(L"kN/m/s");
     const std::string trace = testing::internal::GetCapturedStderr();
     EXPECT_TRUE(ok.is_valid());
@@ -159,6 +161,7 @@ TEST_F(UnitText, TraceShowsTokensAndReductions) {
     EXPECT_NE(trace.find("UNIT \"kN\""), std::string::npos) << trace;
     EXPECT_NE(trace.find("rule 9"), std::string::npos) << trace;
     EXPECT_NE(trace.find("rule 4"), std::string::npos) << trace;
+    EXPECT_NE(trace.find("rule 6"), std::string::npos) << trace;
     EXPECT_NE(trace.find("rule 12"), std::string::npos) << trace;
     EXPECT_NE(trace.find("syntax error"), std::string::npos) << trace;
     VUnit::YaccTrace(false);

@@ -27,6 +27,14 @@ TEST(VUnitTypes, EveryNamedTypeMapsBackToItselfMomentAndEnergyShareExponents) {
         EXPECT_EQ(v.unit(), u);
         EXPECT_EQ(v.to_mks(), 2.0);
     }
+    // The exponents (m, kg, s) of the named types 1 to 14, written out by hand.
+    const int exponents[14][3] = {{0, 0, 0},  {1, 0, 0},   {2, 0, 0},  {3, 0, 0},  {0, 1, 0},
+                                  {0, 0, 1},  {1, 0, -1},  {1, 0, -2}, {1, 1, -2}, {2, 1, -2},
+                                  {0, 0, -1}, {-1, 1, -2}, {2, 1, -2}, {2, 1, -3}};
+    for (int t = 1; t <= 14; ++t) {
+        const int* e = exponents[t - 1];
+        EXPECT_EQ(SUnit(static_cast<SUnit::Type>(t)), SUnit(e[0], e[1], e[2])) << t;
+    }
     EXPECT_EQ(SUnit(1, 0, -2).type(), SUnit::acceleration);
     EXPECT_EQ(SUnit(-1, 1, -2).type(), SUnit::stress);
     EXPECT_EQ(SUnit(-3, 1, 0).type(), SUnit::none);
