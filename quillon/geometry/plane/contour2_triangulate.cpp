@@ -341,7 +341,7 @@ bool Triangulate(const Contour2& outer, const Mvector<Contour2>* holes,
     if (p.size() < 3 || outer.Area() <= kZeroArea) return false;
     EarClipper clip(triangles);
     Node* ring = clip.Ring(p, 0, true);
-    if (ring == nullptr || ring->next == ring->prev) return false;
+    if (ring == nullptr || ring->next == ring->prev) return false;  // mutate: off (guard)
     if (holes != nullptr) {
         std::vector<Node*> rings;
         std::size_t base = p.size();
