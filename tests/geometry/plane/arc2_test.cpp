@@ -115,6 +115,7 @@ TEST(BoundRect2, Arc90FiveStepCapAndAsymmetricStart) {
     BoundRect2 q, full, pos, neg, quarter, half;
     q.arc_90(c, 1.0, 0.0, 2.0 * kPi);
     ExpectBox(q, Point2(9, 19), Point2(10, 21));
+    EXPECT_FALSE(BoundRect2().arc_90(c, 1.0, 0.0, -kPi / 2.0).is_valid());  // no inner quadrant
     full.arc(c, 1.0, 0.0, 2.0 * kPi);
     ExpectBox(full, Point2(9, 19), Point2(11, 21));
     // Full circle from 0.3: the positive branch steps back first and runs out of steps before

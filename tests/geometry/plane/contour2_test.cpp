@@ -204,19 +204,6 @@ TEST(Contour2, ContainsSkipsRunsOnItsProbe) {
     EXPECT_FALSE(u.Contains({2.5, 2}, true));
 }
 
-TEST(Contour2, TwoInsideTestsAgreeAwayFromTheBoundary) {
-    std::mt19937 rng(3);
-    std::uniform_real_distribution<double> u(-2.2, 2.2);
-    for (int round = 0; round < 20; ++round) {
-        const Contour2 star(Star(rng, 5 + round, Point2(0, 0), 0.5, 2.0), 1e-10);
-        for (int i = 0; i < 200; ++i) {
-            const Point2 p(u(rng), u(rng));
-            Contour2 probe_copy = star;  // keep the tolerance small for the comparison
-            EXPECT_EQ(probe_copy.PointInside(p) == 1, star.Contains(p, true)) << p.x << " " << p.y;
-        }
-    }
-}
-
 TEST(Contour2, InContourRejectsAnyContactWithTheBoundary) {
     Contour2 big(Square(0, 0, 10), 1e-10);
     EXPECT_EQ(Contour2(Square(2, 2, 3), 1e-10).InContour(big), 1);
@@ -360,7 +347,7 @@ std::size_t ExpectTiling(const std::vector<Point2>& outer,
     for (const auto& t : tris) {
         const Point2 &a = all.at(t.at(0)), &b = all.at(t.at(1)), &c = all.at(t.at(2));
         const double area = TriArea(a, b, c);
-        EXPECT_GE(sign * area, -1e-12);
+        EXPECT_GT(sign * area, 0.0);  // no sliver from a collinear or repeated point
         sum += std::fabs(area);
         const Point2 g((a.x + b.x + c.x) / 3.0, (a.y + b.y + c.y) / 3.0);
         if (std::fabs(area) > 1e-9) {
@@ -402,6 +389,7 @@ TEST(Contour2Triangulate, RandomStarsWithHolesAreTiledExactly) {
     for (int round = 0; round < 40; ++round) {
         std::vector<Point2> outer = Star(rng, 6 + round % 25, Point2(0, 0), 2.5, 6.0);
         if (round % 2 == 1) std::reverse(outer.begin(), outer.end());
+        const double scale = round % 3 == 0 ? 1e-3 : 1.0;  // areas far below 1 as well
         // Holes in the disc of radius 2 (always inside the star), one per quadrant cell.
         std::vector<std::vector<Point2>> holes;
         for (int h = 0; h < round % 4; ++h) {
@@ -409,6 +397,10 @@ TEST(Contour2Triangulate, RandomStarsWithHolesAreTiledExactly) {
             holes.push_back(Star(rng, 3 + static_cast<int>(rng() % 5), c, 0.2, 0.5));
             if (rng() % 2) std::reverse(holes.back().begin(), holes.back().end());
         }
+        for (auto* poly : {&outer})
+            for (Point2& v : *poly) v = Point2(v.x * scale, v.y * scale);
+        for (auto& h : holes)
+            for (Point2& v : h) v = Point2(v.x * scale, v.y * scale);
         SCOPED_TRACE(round);
         ExpectTiling(outer, holes);
     }
