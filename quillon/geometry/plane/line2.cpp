@@ -259,7 +259,7 @@ std::pair<Point2, bool> Ray2::intersection(const Line2& l) const {
 }
 
 std::pair<Point2, bool> Ray2::intersection(const Ray2& other) const {
-    if (!is_ray() || !other.is_ray()) return {Point2::_OO, false};
+    // A degenerate ray is refused by Line2::intersection itself ({_OO, false}).
     auto r = ln.intersection(other.ln);
     if (r.second && (r.first - org) * direction() < 0.0) r.second = false;
     // Only the other ray's own start counts on its side (see the header).
