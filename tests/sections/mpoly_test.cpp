@@ -26,17 +26,20 @@ M_SECT_PROPStr Props(const MPolySet& s) {
     return p;
 }
 
-TEST(CLine2, DistanceValidityAndTheAngleForm) {
-    // Sides and crossings are exercised by the cuts below; the distance is only compared to a
-    // tolerance there.
-    EXPECT_DOUBLE_EQ(CLine2(Point2(0, 0), Point2(1, 1)).dist({1, -1}), std::sqrt(2.0));
-    const CLine2 none(0.0, 0.0, 1.0);
-    EXPECT_FALSE(none);
-    EXPECT_EQ(none.dist({1, 1}), 0.0);
+TEST(CLine2, SidesDistanceValidityAndTheAngleForm) {
+    // Crossings are exercised by the cuts below; there the distance is only compared to a
+    // tolerance and sides are asked far from the line.
+    const CLine2 l(Point2(0, 0), Point2(1, 1));  // positive on the left of p -> q
+    EXPECT_EQ((std::vector<int>{l.side({0, 0.5}), l.side({0.5, 0}), l.side({2, 2})}),
+              (std::vector<int>{1, -1, 0}));
+    EXPECT_DOUBLE_EQ(l.dist({1, -1}), std::sqrt(2.0));
+    EXPECT_TRUE(!CLine2(0.0, 0.0, 1.0) && CLine2(0.0, 0.0, 1.0).dist({1, 1}) == 0.0);
     // Angle form: t gives the normal (-cos t, -sin t); the value at p is the offset.
     const CLine2 horizontal(Point2(1, 5), std::numbers::pi / 2, 2.0);
     EXPECT_NEAR(horizontal.dist({-4, 7}), 0.0, 1e-15);
     EXPECT_NEAR(horizontal.a * 1 + horizontal.b * 5 + horizontal.c, 2.0, 1e-15);
+    Point2 p;  // the parallel test is strict: a determinant of exactly the tolerance still crosses
+    EXPECT_EQ(LineCross(CLine2(kSectionEps, 0, 0), CLine2(0, 1, 0), p), 0);
 }
 
 TEST(CPoly, PushBackStraightnessMeasureUsesSquaredLengths) {
@@ -68,11 +71,11 @@ TEST(CPoly, MeasuresClosingAndIndexedPoints) {
     Point2 c;
     EXPECT_EQ(CPoly({{1e6, 1e6}, {1e6 + 3, 1e6}, {1e6, 1e6 + 6}}).centre(&c), 0);
     EXPECT_NEAR(c.distance({1e6 + 1, 1e6 + 2}), 0.0, 1e-9);  // far from the origin
-    EXPECT_EQ(CPoly({{0, 0}, {1, 1}, {2, 2}}).centre(&c), -1);
     // Closed when the last point is within the single-precision epsilon of the first (in y too).
     const CPoly open{{0, 0}, {1, 0}, {1, 1}, {0, 1}}, closed{{0, 0}, {1, 0}, {1, 1}, {0, 1e-8}};
     EXPECT_EQ(open.polygon_points(), 5);
     EXPECT_EQ(closed.polygon_points(), 4);
+    EXPECT_EQ(CPoly({{0, 0}, {1, 0}, {kSectionEps, 0}}).polygon_points(), 4);  // at eps: open
     EXPECT_TRUE(open.polygon_point(4, c) && c.y == 0.0);
     EXPECT_FALSE(closed.polygon_point(4, c));
     // get_point: 0 and the vertex inside the range, 1 and (0, 0) outside it.
@@ -164,7 +167,7 @@ TEST(MPolySet, CutPiecesAddUpToTheWhole) {
     EXPECT_GT(multi, 10);  // the tracing of several pieces was exercised
 }
 
-TEST(MPolySet, CutTracesEachKeptRunAsAPieceOfItsOwn) {
+TEST(MPolySet, CutTracesEachKeptRunAndFallsBackToTheEdgeMidpoint) {
     // A channel open to the right, cut by x = 0.5 keeping the web side: the polygon runs twice
     // through the kept side, and each run is closed by its own chord. The inner run encloses the
     // channel's void and comes out clockwise.
@@ -183,13 +186,11 @@ TEST(MPolySet, CutTracesEachKeptRunAsAPieceOfItsOwn) {
     EXPECT_TRUE(out.outlines[0].Equals(CPoly({{0, 0}, {1, 0}, {1, 1}}), 1e-15));
     sq.CutByLine(CLine2(Point2(0, 0), Point2(1, 1)), 0, out);
     EXPECT_TRUE(out.outlines.empty());
-}
-
-TEST(MPolySet, CutFallsBackToTheEdgeMidpoint) {
+    MPolySet(MPoly{{0, 0}, {2, 0}, {1, 0}}).CutByLine(CLine2(0.0, 1.0, 0.0), 1, out);
+    EXPECT_TRUE(out.outlines.empty());  // lying on the line: on neither side
     // The edge (0,-2e-7) -> (1e-7,6e-7) crosses y = 0, but with the line's small coefficients the
     // raw determinant is below the parallel threshold, so the crossing is the edge's midpoint.
     const MPolySet s(MPoly{{-1, -1}, {0, -2e-7}, {1e-7, 6e-7}, {1e-7, 1}, {-1, 1}});
-    MPolySet out;
     s.CutByLine(CLine2(0.0, 0.1, 0.0), 1, out);
     ASSERT_EQ(out.outlines.size(), 1u);
     EXPECT_NEAR(out.outlines[0].point(0).distance({5e-8, 2e-7}), 0.0, 1e-20);
@@ -205,7 +206,7 @@ TEST(MPolySet, ToLocalMovesOutlinesAndHolesIntoTheFrame) {
     EXPECT_NEAR(std::hypot(p.Sx, p.Sy) + std::fabs(p.area - 5.0), 0.0, 1e-12);
 }
 
-TEST(SectionFigures, RectangleOffsetFromTheOrigin) {
+TEST(SectionFigures, RectangleOffsetFromTheOriginAndRightTriangleAxes) {
     const double b = 2.0, h = 5.0;
     const SectionFigures f = CalcSectionFigures(MPolySet(Rect(3, -1, 3 + b, -1 + h)));
     ASSERT_TRUE(f.valid);
@@ -217,26 +218,23 @@ TEST(SectionFigures, RectangleOffsetFromTheOrigin) {
     for (int k = 0; k < 8; ++k) EXPECT_NEAR(got[k], want[k], 1e-12) << k;
     // Lying flat, the major axis is vertical: alpha = +pi/2 (the upper end of the range).
     EXPECT_NEAR(CalcSectionFigures(MPolySet(Rect(0, 0, h, b))).alpha, std::numbers::pi / 2, 1e-12);
-}
-
-TEST(SectionFigures, RightTriangleAxesAndAModulusPerSide) {
     // Triangle (0,0), (b,0), (0,h): centroidal Ix = bh^3/36, Iy = hb^3/36, Ixy = -b^2h^2/72.
-    const double b = 3.0, h = 2.0;
-    const SectionFigures f = CalcSectionFigures(MPolySet(MPoly{{0, 0}, {b, 0}, {0, h}}));
-    EXPECT_NEAR(f.centroid.x, b / 3, 1e-14);
-    EXPECT_NEAR(f.Ixc, b * h * h * h / 36, 1e-13);
-    EXPECT_NEAR(f.Iyc, h * b * b * b / 36, 1e-13);
-    EXPECT_NEAR(f.Ixyc, -b * b * h * h / 72, 1e-13);
+    const double tb = 3.0, th = 2.0;
+    const SectionFigures t = CalcSectionFigures(MPolySet(MPoly{{0, 0}, {tb, 0}, {0, th}}));
+    EXPECT_NEAR(t.centroid.x, tb / 3, 1e-14);
+    EXPECT_NEAR(t.Ixc, tb * th * th * th / 36, 1e-13);
+    EXPECT_NEAR(t.Iyc, th * tb * tb * tb / 36, 1e-13);
+    EXPECT_NEAR(t.Ixyc, -tb * tb * th * th / 72, 1e-13);
     // The moment about the major axis is I1, about the minor I2.
-    const double c = std::cos(f.alpha), s = std::sin(f.alpha);
-    EXPECT_NEAR(f.Ixc * c * c + f.Iyc * s * s - 2 * f.Ixyc * s * c, f.I1, 1e-12);
-    EXPECT_NEAR(f.Ixc * s * s + f.Iyc * c * c + 2 * f.Ixyc * s * c, f.I2, 1e-12);
+    const double c = std::cos(t.alpha), s = std::sin(t.alpha);
+    EXPECT_NEAR(t.Ixc * c * c + t.Iyc * s * s - 2 * t.Ixyc * s * c, t.I1, 1e-12);
+    EXPECT_NEAR(t.Ixc * s * s + t.Iyc * c * c + 2 * t.Ixyc * s * c, t.I2, 1e-12);
     // The fibres right of the centroid are twice as far as those left of it; the least modulus
     // is the one reported.
-    EXPECT_NEAR(f.Wy_left, 2 * f.Wy_right, 1e-12);
-    EXPECT_NEAR(f.Wx_bottom, 2 * f.Wx_top, 1e-12);
-    EXPECT_NEAR(f.Wy_right * 2 * b / 3, f.Iyc, 1e-12);
-    EXPECT_EQ(f.Wy, f.Wy_right);
+    EXPECT_NEAR(t.Wy_left, 2 * t.Wy_right, 1e-12);
+    EXPECT_NEAR(t.Wx_bottom, 2 * t.Wx_top, 1e-12);
+    EXPECT_NEAR(t.Wy_right * 2 * tb / 3, t.Iyc, 1e-12);
+    EXPECT_EQ(t.Wy, t.Wy_right);
 }
 
 // Rounding leaves a symmetric section a product moment of either sign; the major axis of a tall

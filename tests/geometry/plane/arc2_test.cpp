@@ -142,6 +142,7 @@ TEST(BoundRect2, PointsUnionsAndEmptiness) {
     EXPECT_FALSE(static_cast<bool>(empty + empty));
     ExpectBox(empty + b, lb, rt);
     other.circle(Point2(10, 0), 0.5);
+    ExpectBox(other, Point2(9.5, -0.5), Point2(10.5, 0.5));
     BoundRect2 all = b + other + empty;
     ExpectBox(all, Point2(-2, -1), Point2(10.5, 8));
     all.move_by(Vector2(1, 1));

@@ -276,9 +276,11 @@ TEST(Contour2, HullExtremesAndCleanUp) {
             EXPECT_TRUE(v[ext[2]].x >= x.x && v[ext[3]].y >= x.y);
         }
     }
-    // Collinear points on the hull's edges are left out.
-    const Contour2 ring({{0, 0}, {1, 0}, {2, 0}, {2, 2}, {1, 1}, {0, 2}}, 1e-10);
+    // Collinear points on the hull's edges are left out, with no tolerance too; the hull of one
+    // point is that point.
+    const Contour2 ring({{0, 0}, {1, 0}, {2, 0}, {2, 2}, {1, 1}, {0, 2}}, 0.0);
     EXPECT_EQ(ring.ConvexHullIndexList(), (std::vector<std::size_t>{0, 2, 3, 5}));
+    EXPECT_EQ(Contour2({{1, 1}, {1, 1}}, 0.0).ConvexHullIndexList().size(), 1u);
     Contour2 dup({{0, 0}, {0, 0}, {1, 0}, {1, 1e-12}, {1, 1}, {0, 1}, {0, 0}}, 1e-9);
     EXPECT_EQ(dup.RemoveDuplicates(), 3u);
     EXPECT_EQ(dup.Length(), 4);
@@ -292,6 +294,7 @@ TEST(Contour2, SegmentAndContourContainmentAndContact) {
     EXPECT_TRUE(u.Contains(Segment2({0, 0}, {3, 0}), false));       // along the boundary
     EXPECT_FALSE(u.Contains(Segment2({0, 0}, {3, 0}), true));
     EXPECT_TRUE(u.Contains(Segment2({0.5, 1}, {2.5, 1}), false));  // touches the notch bottom
+    EXPECT_FALSE(Contour2({{0, 0}, {3, 0}}, 1e-10).Contains(Segment2({0, 0}, {3, 0}), false));
     EXPECT_TRUE(u.Contains(Contour2(Square(0.2, 0.2, 0.5), 1e-10), true));
     EXPECT_FALSE(u.Contains(Contour2(Square(0.5, 0.5, 2), 1e-10), false));
     EXPECT_TRUE(u.Intersects(Segment2({-1, 2}, {0.5, 2})));

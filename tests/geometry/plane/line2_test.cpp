@@ -124,7 +124,8 @@ TEST(Line2, DegenerateLinesFailEverywhere) {
     const Line2 good(Point2(0, 0), Point2(1, 1));
     for (const Line2& l : {Line2(p, p), Line2(p, Vector2(0, 0)), Line2(1e-11, 0, 5), Line2()}) {
         EXPECT_TRUE(!l.is_line() && l.state == -1 && !static_cast<bool>(l));
-        EXPECT_EQ(l.signed_distance(q) + l.distance(q) + l.signed_distance2(q) + l.distance2(q),
+        EXPECT_EQ(l.signed_distance(q) + l.distance(q) + l.signed_distance2(q) + l.distance2(q) +
+                      l._dsqrt(),
                   0.0);
         EXPECT_EQ(l.side(q), 0);
         EXPECT_FALSE(l.projection(q).second || l.vprojection(q).second);

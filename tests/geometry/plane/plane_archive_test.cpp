@@ -101,6 +101,7 @@ TEST(PlaneArchive, RoundTripsKeepValuesAndLinesComeBackUnchecked) {
     EXPECT_EQ(LoadInto(Stored(Line2()), unset), -1);
     EXPECT_EQ(unset.state, -1);
     EXPECT_FALSE(unset.is_line());
+    EXPECT_EQ(unset.get_a() + unset.get_b() + unset.get_c(), 0.0);  // as a default line
 }
 
 TEST(PlaneArchive, BadInputThrowsArchiveExceptionAndLeavesTheTarget) {
