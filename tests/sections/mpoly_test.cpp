@@ -75,7 +75,7 @@ TEST(CPoly, MeasuresClosingAndIndexedPoints) {
     const CPoly open{{0, 0}, {1, 0}, {1, 1}, {0, 1}}, closed{{0, 0}, {1, 0}, {1, 1}, {0, 1e-8}};
     EXPECT_EQ(open.polygon_points(), 5);
     EXPECT_EQ(closed.polygon_points(), 4);
-    EXPECT_EQ(CPoly({{0, 0}, {1, 0}, {kSectionEps, 0}}).polygon_points(), 4);  // at eps: open
+    EXPECT_EQ(CPoly({{0, 0}, {1, 0}, {0, kSectionEps}}).polygon_points(), 4);  // at eps: open
     EXPECT_TRUE(open.polygon_point(4, c) && c.y == 0.0);
     EXPECT_FALSE(closed.polygon_point(4, c));
     // get_point: 0 and the vertex inside the range, 1 and (0, 0) outside it.
