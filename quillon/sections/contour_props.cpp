@@ -178,7 +178,7 @@ void AddArcBounds(BoundRect2& b, const LAEdge& e) {
     const double lo = std::min(a0, a0 + e.angle), hi = std::max(a0, a0 + e.angle);
     // Quadrant points are placed by index, not through cos/sin of k·π/2, so they are exact.
     const double first = std::ceil(lo / kHalfPi);
-    for (int k = 0; k < 4 && (first + k) * kHalfPi <= hi; ++k) {
+    for (int k = 0; k < 4 && (first + k) * kHalfPi <= hi; ++k) {  // mutate: off (at most 4 fit)
         switch (((static_cast<int>(first) + k) % 4 + 4) % 4) {
             case 0:
                 b.point(e.centre.x + r, e.centre.y);

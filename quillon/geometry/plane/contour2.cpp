@@ -367,8 +367,10 @@ bool Triangle2::Contains(const Point2& p) const {
 }
 
 bool Triangle2::IsOnEdge(const Point2& p) const {
-    return Segment2(A, B, tol).Contains(p, false) || Segment2(B, C, tol).Contains(p, false) ||
-           Segment2(C, A, tol).Contains(p, false);
+    const Segment2 ab(A, B, tol), bc(B, C, tol), ca(C, A, tol);
+    // A corner is an end of two sides: excluding the ends of any one side alone changes nothing.
+    return ab.Contains(p, false) || bc.Contains(p, false) ||  // mutate: off (see above)
+           ca.Contains(p, false);                             // mutate: off (see above)
 }
 
 bool Triangle2::CircleCentre(Point2& out) const {

@@ -22,7 +22,6 @@ struct Node {
     double x, y;
     Node* prev = nullptr;
     Node* next = nullptr;
-    bool steiner = false;
 };
 
 class EarClipper {
@@ -50,7 +49,6 @@ public:
     Node* EliminateHoles(std::vector<Node*>& holes, Node* outer) {
         std::vector<Node*> queue;
         for (Node* h : holes) {
-            if (h == h->next) h->steiner = true;
             queue.push_back(Leftmost(h));
         }
         std::stable_sort(queue.begin(), queue.end(),
@@ -195,7 +193,7 @@ private:
         bool again;
         do {
             again = false;
-            if (!p->steiner && (Equals(p, p->next) || Area(p->prev, p, p->next) == 0.0)) {
+            if (Equals(p, p->next) || Area(p->prev, p, p->next) == 0.0) {
                 Remove(p);
                 p = end = p->prev;
                 if (p == p->next) break;
@@ -341,7 +339,7 @@ bool Triangulate(const Contour2& outer, const Mvector<Contour2>* holes,
     if (p.size() < 3 || outer.Area() <= kZeroArea) return false;
     EarClipper clip(triangles);
     Node* ring = clip.Ring(p, 0, true);
-    if (ring == nullptr || ring->next == ring->prev) return false;
+    if (ring == nullptr || ring->next == ring->prev) return false;  // mutate: off (guard)
     if (holes != nullptr) {
         std::vector<Node*> rings;
         std::size_t base = p.size();

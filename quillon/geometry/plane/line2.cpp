@@ -252,14 +252,14 @@ std::pair<Point2, bool> Ray2::projection(const Point2& p) const {
 }
 
 std::pair<Point2, bool> Ray2::intersection(const Line2& l) const {
-    if (!is_ray() || !l.is_line()) return {Point2::_OO, false};
+    // A degenerate ray or line is refused by Line2::intersection itself ({_OO, false}).
     auto r = ln.intersection(l);
     if (r.second && (r.first - org) * direction() < 0.0) r.second = false;
     return r;
 }
 
 std::pair<Point2, bool> Ray2::intersection(const Ray2& other) const {
-    if (!is_ray() || !other.is_ray()) return {Point2::_OO, false};
+    // A degenerate ray is refused by Line2::intersection itself ({_OO, false}).
     auto r = ln.intersection(other.ln);
     if (r.second && (r.first - org) * direction() < 0.0) r.second = false;
     // Only the other ray's own start counts on its side (see the header).

@@ -37,7 +37,7 @@ Archive& operator<<(Archive& ar, const Rect2& r) {
 }
 
 Archive& operator>>(Archive& ar, Rect2& r) {
-    double x1 = 0.0, y1 = 0.0, x2 = 0.0, y2 = 0.0;
+    double x1 = 0.0, y1 = 0.0, x2 = 0.0, y2 = 0.0;  // mutate: off (each is read at once)
     ar >> x2 >> x1 >> y2 >> y1;
     r.set(Point2(x1, y1), Point2(x2, y2));
     return ar;
@@ -57,7 +57,7 @@ Archive& operator>>(Archive& ar, Line2& l) {
         return ar;
     }
     if (status != 0) throw ArchiveException(ArchiveException::badSchema, "bad line status");
-    double a = 0.0, b = 0.0, c = 0.0, tol = 0.0;
+    double a = 0.0, b = 0.0, c = 0.0, tol = 0.0;  // mutate: off (each is read at once)
     ar >> a >> b >> c >> tol;
     l.set(a, b, c);  // unchecked: validity is decided on first use
     return ar;
