@@ -25,98 +25,59 @@ std::unique_ptr<ProComplexContour> Read(const std::wstring& text) {
 
 const std::wstring kSquare = L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)";
 
-std::wstring Solid(const std::wstring& edges, const std::wstring& holes = L"") {
+// A solid of the given edges and holes, a hole, and a complex contour of the given solids.
+std::wstring S(const std::wstring& edges, const std::wstring& holes = L"") {
     return L"(S(" + edges + L") 0 (" + holes + L"))";
 }
-std::wstring Hole(const std::wstring& edges) { return L"(H(" + edges + L"))"; }
-std::wstring Complex(const std::wstring& solids) { return L"((" + solids + L"))"; }
-
-struct Case {
-    const char* name;
-    std::wstring text;
-    Kind kind;
-    ContourPath path;
-};
+std::wstring H(const std::wstring& edges) { return L"(H(" + edges + L"))"; }
+std::wstring C(const std::wstring& solids) { return L"((" + solids + L"))"; }
 
 TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
-    const std::wstring farTriangle = L"(L 20 20)(L 30 20)(L 30 30)";
-    const std::vector<Case> cases = {
-        {"hole outside its solid",
-         Complex(Solid(kSquare, Hole(farTriangle))),
-         Kind::HoleOutside,
-         {0, 0}},
-        {"hole across the outline",
-         Complex(Solid(kSquare, Hole(L"(L 5 5)(L 15 5)(L 15 8)"))),
-         Kind::HoleOutside,
-         {0, 0}},
-        {"bow-tie",
-         Complex(Solid(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")),
-         Kind::SelfCrossing,
-         {0, -1}},
+    const std::wstring frame = H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)");
+    const ContourPath outline{0, -1}, firstHole{0, 0};
+    const struct {
+        const char* name;
+        std::wstring text;
+        Kind kind;
+        ContourPath path;
+    } cases[] = {
+        {"hole outside", C(S(kSquare, H(L"(L 20 20)(L 30 20)(L 30 30)"))), Kind::HoleOutside,
+         firstHole},
+        {"hole across the outline", C(S(kSquare, H(L"(L 5 5)(L 15 5)(L 15 8)"))), Kind::HoleOutside,
+         firstHole},
+        {"bow-tie", C(S(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")), Kind::SelfCrossing, outline},
         {"crossing at a vertex passed twice",
-         Complex(Solid(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")),
-         Kind::SelfCrossing,
-         {0, -1}},
-        {"folding back",
-         Complex(Solid(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")),
-         Kind::SelfCrossing,
-         {0, -1}},
-        {"overflowing coordinates",
-         Complex(Solid(L"(L 0 0)(L 1e308 0)(L 0 1e308)")),
-         Kind::Overflow,
-         {0, -1}},
-        {"two points", Complex(Solid(L"(L 0 0)(L 10 0)")), Kind::NotClosed, {0, -1}},
-        {"edges within epsilon",
-         Complex(Solid(L"(L 0 0)(L 0.00000001 0)(L 0 0.00000001)")),
-         Kind::NotClosed,
-         {0, -1}},
-        {"arc missing the next start",
-         Complex(Solid(L"(L 0 0)(A 0 0 1 0 1.5)(L 0 1)")),
-         Kind::ArcMismatch,
-         {0, -1}},
-        {"arc beyond a full turn", Complex(Solid(L"(A 0 0 1 0 7)")), Kind::SelfCrossing, {0, -1}},
+         C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")), Kind::SelfCrossing, outline},
+        {"folding back", C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")), Kind::SelfCrossing,
+         outline},
+        {"overflow", C(S(L"(L 0 0)(L 1e308 0)(L 0 1e308)")), Kind::Overflow, outline},
+        {"two points", C(S(L"(L 0 0)(L 10 0)")), Kind::NotClosed, outline},
+        {"edges within epsilon", C(S(L"(L 0 0)(L 0.00000001 0)(L 0 0.00000001)")), Kind::NotClosed,
+         outline},
+        {"arc missing the next start", C(S(L"(L 0 0)(A 0 0 1 0 1.5)(L 0 1)")), Kind::ArcMismatch,
+         outline},
+        {"arc beyond a full turn", C(S(L"(A 0 0 1 0 7)")), Kind::SelfCrossing, outline},
         {"crossing holes",
-         Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)(L 1 5)") +
-                                    Hole(L"(L 3 3)(L 7 3)(L 7 7)(L 3 7)"))),
-         Kind::HolesOverlap,
-         {0, 0}},
-        {"hole within a hole",
-         Complex(Solid(kSquare,
-                       Hole(L"(L 1 1)(L 9 1)(L 9 9)(L 1 9)") + Hole(L"(L 3 3)(L 4 3)(L 4 4)"))),
-         Kind::HolesOverlap,
-         {0, 0}},
-        {"equal holes",
-         Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)") + Hole(L"(L 5 5)(L 1 1)(L 5 1)"))),
-         Kind::HolesOverlap,
-         {0, 0}},
-        {"crossing solids",
-         Complex(Solid(kSquare) + Solid(L"(L 5 5)(L 15 5)(L 15 15)(L 5 15)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"solid within a solid",
-         Complex(Solid(kSquare) + Solid(L"(L 2 2)(L 3 2)(L 3 3)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"equal solids",
-         Complex(Solid(kSquare) + Solid(L"(L 10 10)(L 0 10)(L 0 0)(L 10 0)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
+         C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)(L 1 5)") + H(L"(L 3 3)(L 7 3)(L 7 7)"))),
+         Kind::HolesOverlap, firstHole},
+        {"hole within a hole", C(S(kSquare, frame + H(L"(L 3 3)(L 4 3)(L 4 4)"))),
+         Kind::HolesOverlap, firstHole},
+        {"equal holes", C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 5 5)(L 1 1)(L 5 1)"))),
+         Kind::HolesOverlap, firstHole},
+        {"crossing solids", C(S(kSquare) + S(L"(L 5 5)(L 15 5)(L 15 15)(L 5 15)")),
+         Kind::SolidsOverlap, outline},
+        {"solid within a solid", C(S(kSquare) + S(L"(L 2 2)(L 3 2)(L 3 3)")), Kind::SolidsOverlap,
+         outline},
+        {"equal solids", C(S(kSquare) + S(L"(L 10 10)(L 0 10)(L 0 0)(L 10 0)")),
+         Kind::SolidsOverlap, outline},
         {"island over the edge of a hole",
-         Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
-                 Solid(L"(L 1 4)(L 5 4)(L 5 6)(L 1 6)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"island on the material",
-         Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
-                 Solid(L"(L 0.5 0.5)(L 1.5 0.5)(L 1.5 1.5)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"solid as a child of a solid",
-         Complex(Solid(kSquare, Solid(L"(L 1 1)(L 2 1)(L 2 2)"))),
-         Kind::NotAHole,
-         {0, 0}},
+         C(S(kSquare, frame) + S(L"(L 1 4)(L 5 4)(L 5 6)(L 1 6)")), Kind::SolidsOverlap, outline},
+        {"island on the material", C(S(kSquare, frame) + S(L"(L 0.5 0.5)(L 1.5 0.5)(L 1.5 1.5)")),
+         Kind::SolidsOverlap, outline},
+        {"solid as a child of a solid", C(S(kSquare, S(L"(L 1 1)(L 2 1)(L 2 2)"))), Kind::NotAHole,
+         firstHole},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const auto shape = Read(c.text);
         const ContourValidation v = ValidateComplexContour(*shape, 1e-7);
@@ -159,7 +120,7 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
     EXPECT_EQ(v.problems[0].edge, 2);
     // A tolerance that is not a number asks for the default 1e-10, as a negative one does: an arc
     // missing by 3e-8 is found.
-    const auto nearly = Read(Complex(Solid(L"(L 0 0)(A 0 0 1 0 1.57079630)(L 0 1)")));
+    const auto nearly = Read(C(S(L"(L 0 0)(A 0 0 1 0 1.57079630)(L 0 1)")));
     EXPECT_TRUE(ValidateComplexContour(*nearly, 1e-7).IsValid());
     for (double eps : {-1.0, std::nan("")})
         EXPECT_EQ(ValidateComplexContour(*nearly, eps).Count(Kind::ArcMismatch), 1u);
@@ -168,21 +129,21 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
 TEST(ContourValidateTest, TouchingIslandsAndPinchedOutlinesAreValid) {
     const std::wstring quarter = L"(L 0 0)(A 0 0 1 0 1.5707963267948966)(L 0 1)";
     const std::vector<std::wstring> valid = {
-        Complex(Solid(kSquare, Hole(L"(L 0 0)(L 4 2)(L 2 4)"))),  // hole touching a corner
-        Complex(Solid(kSquare, Hole(L"(L 0 2)(L 0 8)(L 4 5)"))),  // hole along the outline
-        Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)") + Hole(L"(L 5 5)(L 9 5)(L 9 9)"))),
-        Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)") + Hole(L"(L 1 1)(L 5 5)(L 1 5)"))),
-        Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +  // island in a hole,
-                Solid(L"(L 2 2)(L 5 2)(L 5 5)(L 2 5)")),                 // touching it
-        Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
-                Solid(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")),  // island filling it
-        Complex(Solid(kSquare) + Solid(L"(L 10 0)(L 20 0)(L 20 10)(L 10 10)")),  // shared edge
-        Complex(Solid(L"(L 0 0)(L 10 0)(L 5 5)(L 10 10)(L 0 10)(L 5 5)")),  // two lobes, one point
-        Complex(Solid(L"(A 0 0 1 0 6.283185307179586)")),                   // a full circle
-        Complex(Solid(L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)(L 0 0)")),         // zero closing edge
-        Complex(Solid(quarter + L"(L 0 0.5)")),                             // collinear corner
-        Complex(Solid(L"(A 0 0 2 0 3.141592653589793)(A 0 0 2 3.141592653589793 3.141592653589793)",
-                      Hole(L"(A 0 0 1 0 -6.283185307179586)"))),  // annulus
+        C(S(kSquare, H(L"(L 0 0)(L 4 2)(L 2 4)"))),  // hole touching a corner
+        C(S(kSquare, H(L"(L 0 2)(L 0 8)(L 4 5)"))),  // hole along the outline
+        C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 5 5)(L 9 5)(L 9 9)"))),
+        C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 1 1)(L 5 5)(L 1 5)"))),
+        C(S(kSquare, H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +  // island in a hole,
+          S(L"(L 2 2)(L 5 2)(L 5 5)(L 2 5)")),              // touching it
+        C(S(kSquare, H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
+          S(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")),                     // island filling it
+        C(S(kSquare) + S(L"(L 10 0)(L 20 0)(L 20 10)(L 10 10)")),  // shared edge
+        C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 10 10)(L 0 10)(L 5 5)")),   // two lobes, one point
+        C(S(L"(A 0 0 1 0 6.283185307179586)")),                    // a full circle
+        C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)(L 0 0)")),          // zero closing edge
+        C(S(quarter + L"(L 0 0.5)")),                              // collinear corner
+        C(S(L"(A 0 0 2 0 3.141592653589793)(A 0 0 2 3.141592653589793 3.141592653589793)",
+            H(L"(A 0 0 1 0 -6.283185307179586)"))),  // annulus
     };
     for (const std::wstring& text : valid) {
         const auto shape = Read(text);

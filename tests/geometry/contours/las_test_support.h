@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 #include <numbers>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -134,5 +135,83 @@ inline std::string CheckTree(const ProComplexContour* c, double eps) {
         }
     return "";
 }
+
+// Seeded random shapes: rectangles, convex polygons, stars, L shapes, discs, annuli and frames.
+// The caller owns what Make returns.
+struct ShapeMaker {
+    std::mt19937 rng;
+    explicit ShapeMaker(unsigned seed) : rng(seed) {}
+
+    double Grid(double lo, double hi) {  // half-unit steps: shared edges and corners are common
+        std::uniform_int_distribution<int> d(static_cast<int>(lo * 2), static_cast<int>(hi * 2));
+        return d(rng) / 2.0;
+    }
+    double Uniform(double lo, double hi) { return std::uniform_real_distribution<>(lo, hi)(rng); }
+    int Pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng); }
+
+    ProComplexContour* Make(std::string& kind) {
+        switch (Pick(7)) {
+            case 0: {
+                kind = "rectangle";
+                const double x = Grid(0, 3), y = Grid(0, 3);
+                return Shape(RectContour(x, y, x + Grid(0.5, 3), y + Grid(0.5, 3)));
+            }
+            case 1: {
+                kind = "convex polygon";
+                const Point2 c(Grid(1, 3), Grid(1, 3));
+                const int n = 3 + Pick(6);
+                const double r = Uniform(0.5, 2), phase = Uniform(0, 2 * kPi);
+                std::vector<Point2> pts;
+                for (int k = 0; k < n; ++k) {
+                    const double a = phase + 2 * kPi * k / n;
+                    pts.emplace_back(c.x + r * std::cos(a), c.y + r * std::sin(a));
+                }
+                if (Pick(2)) std::reverse(pts.begin(), pts.end());
+                return Shape(Polygon(pts));
+            }
+            case 2: {
+                kind = "star";
+                const Point2 c(Grid(1, 3), Grid(1, 3));
+                const int n = 3 + Pick(4);
+                const double r = Uniform(1, 2), phase = Uniform(0, 2 * kPi);
+                std::vector<Point2> pts;
+                for (int k = 0; k < 2 * n; ++k) {
+                    const double a = phase + kPi * k / n, rr = k % 2 ? r * 0.45 : r;
+                    pts.emplace_back(c.x + rr * std::cos(a), c.y + rr * std::sin(a));
+                }
+                return Shape(Polygon(pts));
+            }
+            case 3: {
+                kind = "L shape";
+                const double x = Grid(0, 2), y = Grid(0, 2), w = Grid(1, 3), h = Grid(1, 3);
+                return Shape(Polygon({{x, y},
+                                      {x + w, y},
+                                      {x + w, y + h / 2},
+                                      {x + w / 2, y + h / 2},
+                                      {x + w / 2, y + h},
+                                      {x, y + h}}));
+            }
+            case 4: {
+                kind = "disc";
+                return Shape(CircleContour({Grid(0.5, 3.5), Grid(0.5, 3.5)}, Grid(0.5, 2),
+                                           Pick(2) ? 0.0 : Uniform(0, kPi)));
+            }
+            case 5: {
+                kind = "annulus";
+                const Point2 c(Grid(1, 3), Grid(1, 3));
+                const double r = Grid(1, 2);
+                const Point2 hc(c.x + Uniform(-0.2, 0.2), c.y + Uniform(-0.2, 0.2));
+                return Shape(CircleContour(c, r, Uniform(0, kPi)),
+                             {CircleContour(hc, r * Uniform(0.3, 0.6), Uniform(0, kPi))});
+            }
+            default: {
+                kind = "frame";
+                const double x = Grid(0, 2), y = Grid(0, 2), w = Grid(1.5, 3), h = Grid(1.5, 3);
+                return Shape(RectContour(x, y, x + w, y + h),
+                             {RectContour(x + 0.5, y + 0.5, x + w - 0.5, y + h - 0.5)});
+            }
+        }
+    }
+};
 
 }  // namespace quillon::las_test
