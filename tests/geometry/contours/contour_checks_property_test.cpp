@@ -16,6 +16,8 @@
 namespace quillon {
 namespace {
 
+using ContourChecksPropertyTest = las_test::LeakChecked;
+
 using las_test::Area;
 using las_test::SignedArea;
 
@@ -58,8 +60,7 @@ void Check(const ContourValidation& v, ContourProblemKind kind, Expect e) {
     EXPECT_EQ(v.Count(kind), v.problems.size()) << FirstProblem(v);
 }
 
-TEST(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
-    const int before = ProContour::get_contour_allocs();
+TEST_F(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
     las_test::ShapeMaker maker(20250117u);
     ProContourFactory f;
     int results = 0, removed = 0, verdicts = 0;
@@ -118,7 +119,6 @@ TEST(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
     EXPECT_EQ(results, 1000);
     EXPECT_GT(removed, 100);   // split elements leave straight corners and arcs in pieces
     EXPECT_GT(verdicts, 190);  // the overlap checks were decided, not skipped
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
 }  // namespace

@@ -15,6 +15,9 @@
 namespace quillon {
 namespace {
 
+using LasPropertyTest = las_test::LeakChecked;
+using LasRobustnessTest = las_test::LeakChecked;
+
 using las_test::Area;
 using las_test::CheckTree;
 
@@ -69,8 +72,7 @@ protected:
 
 bool Close(double a, double b, double scale) { return std::fabs(a - b) <= 1e-9 * scale; }
 
-TEST(LasPropertyTest, BooleanAreasAddUpAndResultsAreValidTrees) {
-    const int before = ProContour::get_contour_allocs();
+TEST_F(LasPropertyTest, BooleanAreasAddUpAndResultsAreValidTrees) {
     las_test::ShapeMaker maker(20240611u);
     for (int round = 0; round < 1100 && !::testing::Test::HasFailure(); ++round) {
         std::string ka, kb;
@@ -84,11 +86,9 @@ TEST(LasPropertyTest, BooleanAreasAddUpAndResultsAreValidTrees) {
         EXPECT_TRUE(Close(Area(d.get()), areaA - areaM, scale)) << Area(d.get());
         for (const ShapePtr* r : {&u, &m, &d}) EXPECT_EQ(CheckTree(r->get(), kEps), "");
     }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
-TEST(LasPropertyTest, ListUnionGivesTheRegionOfTheFold) {
-    const int before = ProContour::get_contour_allocs();
+TEST_F(LasPropertyTest, ListUnionGivesTheRegionOfTheFold) {
     ProContourFactory f;
     las_test::ShapeMaker maker(4242u);
     for (int round = 0; round < 160 && !::testing::Test::HasFailure(); ++round) {
@@ -106,7 +106,6 @@ TEST(LasPropertyTest, ListUnionGivesTheRegionOfTheFold) {
         EXPECT_EQ(CheckTree(pairs.get(), kEps), "");
         for (ProComplexContour* x : list) delete x;
     }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
 // Every number of a solver's graph, exactly: points, node order, elements and their use counts.
@@ -143,7 +142,7 @@ std::string Text(const ProComplexContour* c) {
     return s;
 }
 
-TEST(LasPropertyTest, IndexedSolverMatchesTheStraightforwardOne) {
+TEST_F(LasPropertyTest, IndexedSolverMatchesTheStraightforwardOne) {
     ProContourFactory f;
     las_test::ShapeMaker maker(777u);
     for (int round = 0; round < 150 && !::testing::Test::HasFailure(); ++round) {
@@ -228,8 +227,7 @@ LAContour RandomContour(std::mt19937& rng) {
     return c;
 }
 
-TEST(LasRobustnessTest, GarbageInputNeitherCrashesNorLeaks) {
-    const int before = ProContour::get_contour_allocs();
+TEST_F(LasRobustnessTest, GarbageInputNeitherCrashesNorLeaks) {
     std::mt19937 rng(31337u);
     ProContourFactory f;
     for (int round = 0; round < 300; ++round) {
@@ -249,7 +247,6 @@ TEST(LasRobustnessTest, GarbageInputNeitherCrashesNorLeaks) {
         for (auto* p : polylines) delete p;
         SegmentInsideShape(*sa, Sector2({-5, 0.3}, {5, 0.1}), 1e-6);
     }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
 }  // namespace

@@ -10,6 +10,8 @@
 namespace quillon {
 namespace {
 
+using LasSolverTest = las_test::LeakChecked;
+
 using las_test::Area;
 using las_test::CheckTree;
 using las_test::CircleContour;
@@ -48,32 +50,28 @@ struct Found {
     Found& operator=(const Found&) = delete;
 };
 
-TEST(LasSolverTest, ClosedContoursRepeatTheirFirstPointAsAZeroLengthClosingEdge) {
-    const int before = ProContour::get_contour_allocs();
-    {
-        LAS_Solver s(kEps);
-        const Point2 corners[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-        for (int i = 0; i < 4; ++i) EXPECT_EQ(s.AddLine(corners[i], corners[(i + 1) % 4]), i);
-        // The same line (either way round, ends within epsilon) is the one already there.
-        EXPECT_EQ(s.AddLine({1, 0.5e-7}, {0, 0}), 0);
-        EXPECT_EQ(s.AddLine({0, 0}, {0, 0.5e-7}), -1);
-        EXPECT_EQ(s.GetNodeCount(), 4);
-        Found r(s);
-        ASSERT_EQ(r.closed.size(), 1u);
-        EXPECT_TRUE(r.polylines.empty());
-        const ProClosedContour& c = *r.closed[0];
-        EXPECT_NE(dynamic_cast<const LAS_ProClosedContour*>(&c), nullptr);
-        // Clockwise, with the zero-length closing edge repeating the first point.
-        EXPECT_EQ(c.orientation(), 1);
-        ASSERT_EQ(c.size(), 5u);
-        EXPECT_EQ(c[4].start.distance(c[0].start), 0.0);
-        EXPECT_NEAR(std::fabs(SignedArea(c)), 1.0, 1e-12);
-        for (int i = 0; i < 4; ++i) EXPECT_EQ(s.GetElement(i)->GetUseCount(), 1);
-    }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
+TEST_F(LasSolverTest, ClosedContoursRepeatTheirFirstPointAsAZeroLengthClosingEdge) {
+    LAS_Solver s(kEps);
+    const Point2 corners[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(s.AddLine(corners[i], corners[(i + 1) % 4]), i);
+    // The same line (either way round, ends within epsilon) is the one already there.
+    EXPECT_EQ(s.AddLine({1, 0.5e-7}, {0, 0}), 0);
+    EXPECT_EQ(s.AddLine({0, 0}, {0, 0.5e-7}), -1);
+    EXPECT_EQ(s.GetNodeCount(), 4);
+    Found r(s);
+    ASSERT_EQ(r.closed.size(), 1u);
+    EXPECT_TRUE(r.polylines.empty());
+    const ProClosedContour& c = *r.closed[0];
+    EXPECT_NE(dynamic_cast<const LAS_ProClosedContour*>(&c), nullptr);
+    // Clockwise, with the zero-length closing edge repeating the first point.
+    EXPECT_EQ(c.orientation(), 1);
+    ASSERT_EQ(c.size(), 5u);
+    EXPECT_EQ(c[4].start.distance(c[0].start), 0.0);
+    EXPECT_NEAR(std::fabs(SignedArea(c)), 1.0, 1e-12);
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(s.GetElement(i)->GetUseCount(), 1);
 }
 
-TEST(LasSolverTest, DanglingLinesBecomePolylines) {
+TEST_F(LasSolverTest, DanglingLinesBecomePolylines) {
     LAS_Solver s(kEps);
     // A square with a line hanging into it from a corner, and a free chain elsewhere.
     const Point2 ends[] = {{0, 0}, {4, 0}, {4, 4},  {0, 4},  {0, 0},
@@ -92,7 +90,7 @@ TEST(LasSolverTest, DanglingLinesBecomePolylines) {
     for (int i = 0; i < s.GetElementCount(); ++i) EXPECT_EQ(s.GetElement(i)->GetUseCount(), 1);
 }
 
-TEST(LasSolverTest, FullCircleBecomesTwoHalfArcsAndDuplicatesMerge) {
+TEST_F(LasSolverTest, FullCircleBecomesTwoHalfArcsAndDuplicatesMerge) {
     LAS_Solver s(kEps);
     EXPECT_EQ(s.AddArc({1, 0}, {1, 0}, {0, 0}, 2 * kPi), 1);
     ASSERT_EQ(s.GetElementCount(), 2);
@@ -113,7 +111,7 @@ TEST(LasSolverTest, FullCircleBecomesTwoHalfArcsAndDuplicatesMerge) {
     EXPECT_NEAR(std::fabs(SignedArea(*r.closed[0])), kPi, 1e-12);
 }
 
-TEST(LasSolverTest, TolerancesAsLargeAsATurnStillAddArcs) {
+TEST_F(LasSolverTest, TolerancesAsLargeAsATurnStillAddArcs) {
     // With such a tolerance every sweep counts as a full turn; arcs must still be added once.
     LAS_Solver s(7.0);
     EXPECT_EQ(s.AddArc({100, 0}, {0, 100}, {0, 0}, kPi / 2), 0);
@@ -121,7 +119,7 @@ TEST(LasSolverTest, TolerancesAsLargeAsATurnStillAddArcs) {
     EXPECT_EQ(s.GetElementCount(), 3);
 }
 
-TEST(LasSolverTest, ArcThroughMiddlePoint) {
+TEST_F(LasSolverTest, ArcThroughMiddlePoint) {
     LAS_Solver s(kEps);
     const int b = s.AddPoint({1, 0});
     const int e = s.AddPoint({-1, 0});
@@ -136,7 +134,7 @@ TEST(LasSolverTest, ArcThroughMiddlePoint) {
     EXPECT_NEAR(quarter.GetCenterPoint().distance({0, 0}), 0.0, 1e-9);
 }
 
-TEST(LasSolverTest, TangentTiesOrderByTurningSideAndRadius) {
+TEST_F(LasSolverTest, TangentTiesOrderByTurningSideAndRadius) {
     LAS_Solver s(kEps);
     // Everything leaves the origin along +x: a line, arcs turning left (centres above) and
     // right (centres below) with radii 1 and 2.
@@ -165,7 +163,7 @@ TEST(LasSolverTest, TangentTiesOrderByTurningSideAndRadius) {
     EXPECT_EQ(n->GetNextClockWise(s.GetElement(left2), 1, 0), s.GetElement(right2));
 }
 
-TEST(LasSolverTest, SlenderWedgesKeepTheirClockwiseOrder) {
+TEST_F(LasSolverTest, SlenderWedgesKeepTheirClockwiseOrder) {
     // Two lines leaving the origin 1e-12 rad apart end 1e-8 apart, far more than epsilon: they
     // are two directions, not a tangent tie, whichever is connected first.
     for (bool lowerFirst : {false, true}) {
@@ -191,7 +189,7 @@ TEST(LasSolverTest, SlenderWedgesKeepTheirClockwiseOrder) {
     }
 }
 
-TEST(LasSolverTest, WalkAnglesCountArcsAsVerticesAtTheirMiddle) {
+TEST_F(LasSolverTest, WalkAnglesCountArcsAsVerticesAtTheirMiddle) {
     // A square whose bottom bulges out by a short arc (0.5 rad) and whose right side bulges in by
     // a longer one (1.2 rad, clockwise), cut by its diagonal: two faces, each arc walked once from
     // its begin and once from its end.
@@ -238,8 +236,7 @@ TEST(LasSolverTest, WalkAnglesCountArcsAsVerticesAtTheirMiddle) {
     EXPECT_FALSE(LAS_FoundContour(nullptr, &s).IsNodeInContour(s.GetNode(0)));
 }
 
-TEST(LasSolverTest, BooleansOfSquaresDiscsAndRings) {
-    const int before = ProContour::get_contour_allocs();
+TEST_F(LasSolverTest, BooleansOfSquaresDiscsAndRings) {
     using Op = LAS_Solver::Operation;
     {
         const double lens = 2 * kPi / 3 - std::sqrt(3.0) / 2;  // two unit discs at distance 1
@@ -299,79 +296,68 @@ TEST(LasSolverTest, BooleansOfSquaresDiscsAndRings) {
         EXPECT_NEAR(Area(both.get()), 97.0, 1e-12);
         EXPECT_EQ(CheckTree(both.get(), kEps), "");
     }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
-TEST(LasSolverTest, ListUnionNormalizeAndSet) {
-    const int before = ProContour::get_contour_allocs();
-    {
-        ProContourFactory f;
-        const Owned a = MakeShape(RectContour(0, 0, 2, 1)), b = MakeShape(RectContour(1, 0, 3, 1)),
-                    c = MakeShape(RectContour(2.5, 0.5, 4, 2));
-        LAS_Solver s(kEps);
-        EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{}, &f), nullptr);
-        EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{a.get()}, &f), a.get());  // not a copy
-        const Owned u(s.Add({a.get(), b.get(), c.get()}, &f));
-        EXPECT_NEAR(Area(u.get()), 3.0 + 1.5 * 1.5 - 0.25, 1e-12);
-        EXPECT_EQ(u->ChildrenCount(), 1u);
-        EXPECT_EQ(WriteShapeText(*ShapeUnion({a.get(), b.get(), c.get()}, kEps)),
-                  WriteShapeText(*u));
-        // Normalize resolves a solid drawn as two overlapping loops given as one shape.
-        const Owned twice = MakeShape(RectContour(0, 0, 2, 2));
-        twice->Attach(f.CreateSolidContour())->SetLAContour(RectContour(1, 1, 3, 3));
-        const Owned norm = NormalizeShape(*twice, kEps);
-        EXPECT_NEAR(Area(norm.get()), 7.0, 1e-12);
-        EXPECT_EQ(norm->ChildrenCount(), 1u);
-        // Set nests plain contours by containment, levels alternating solid, hole, solid.
-        std::vector<ProClosedContour*> loops;
-        // Inner ones first: each new contour adopts those already placed inside it.
-        for (const LAContour& loop : {RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1),
-                                      RectContour(2, 2, 8, 8), RectContour(0, 0, 10, 10)})
-            loops.push_back(new ProClosedContour(loop));
-        LAS_Solver t(kEps);
-        const Owned set(t.Set(loops, &f, true));
-        ASSERT_NE(set, nullptr);
-        EXPECT_EQ(set->ChildrenCount(), 3u);
-        EXPECT_NEAR(Area(set.get()), 100 - 36 + 4 + 1, 1e-12);
-        EXPECT_EQ(CheckTree(set.get(), kEps), "");
-        // Crossing contours: strict refuses them, otherwise the ones placed so far are nested.
-        loops.push_back(new ProClosedContour(RectContour(9, 9, 12, 12)));
-        EXPECT_EQ(t.Set(loops, &f, true), nullptr);
-        EXPECT_NE(Owned(t.Set(loops, &f, false)), nullptr);
-        for (ProClosedContour* l : loops) delete l;
+TEST_F(LasSolverTest, ListUnionNormalizeAndSet) {
+    ProContourFactory f;
+    const Owned a = MakeShape(RectContour(0, 0, 2, 1)), b = MakeShape(RectContour(1, 0, 3, 1)),
+                c = MakeShape(RectContour(2.5, 0.5, 4, 2));
+    LAS_Solver s(kEps);
+    EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{}, &f), nullptr);
+    EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{a.get()}, &f), a.get());  // not a copy
+    const Owned u(s.Add({a.get(), b.get(), c.get()}, &f));
+    EXPECT_NEAR(Area(u.get()), 3.0 + 1.5 * 1.5 - 0.25, 1e-12);
+    EXPECT_EQ(u->ChildrenCount(), 1u);
+    EXPECT_EQ(WriteShapeText(*ShapeUnion({a.get(), b.get(), c.get()}, kEps)), WriteShapeText(*u));
+    // Normalize resolves a solid drawn as two overlapping loops given as one shape.
+    const Owned twice = MakeShape(RectContour(0, 0, 2, 2));
+    twice->Attach(f.CreateSolidContour())->SetLAContour(RectContour(1, 1, 3, 3));
+    const Owned norm = NormalizeShape(*twice, kEps);
+    EXPECT_NEAR(Area(norm.get()), 7.0, 1e-12);
+    EXPECT_EQ(norm->ChildrenCount(), 1u);
+    // Set nests plain contours by containment, levels alternating solid, hole, solid.
+    std::vector<ProClosedContour*> loops;
+    // Inner ones first: each new contour adopts those already placed inside it.
+    for (const LAContour& loop : {RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1),
+                                  RectContour(2, 2, 8, 8), RectContour(0, 0, 10, 10)})
+        loops.push_back(new ProClosedContour(loop));
+    LAS_Solver t(kEps);
+    const Owned set(t.Set(loops, &f, true));
+    ASSERT_NE(set, nullptr);
+    EXPECT_EQ(set->ChildrenCount(), 3u);
+    EXPECT_NEAR(Area(set.get()), 100 - 36 + 4 + 1, 1e-12);
+    EXPECT_EQ(CheckTree(set.get(), kEps), "");
+    // Crossing contours: strict refuses them, otherwise the ones placed so far are nested.
+    loops.push_back(new ProClosedContour(RectContour(9, 9, 12, 12)));
+    EXPECT_EQ(t.Set(loops, &f, true), nullptr);
+    EXPECT_NE(Owned(t.Set(loops, &f, false)), nullptr);
+    for (ProClosedContour* l : loops) delete l;
+}
+
+TEST_F(LasSolverTest, ComplexContourFromContoursKeepsTheDisjointOrder) {
+    ProContourFactory f;
+    LAS_Solver s(kEps);
+    const auto closed = [](double x0, double y0, double x1, double y1) {
+        return new ProClosedContour(RectContour(x0, y0, x1, y1));
+    };
+    EXPECT_EQ(Owned(s.ComplexContourFromContours({nullptr}, &f))->ChildrenCount(), 0u);
+    // Disjoint: the second contour's solid comes first.
+    const Owned two(s.ComplexContourFromContours({closed(0, 0, 1, 1), closed(5, 0, 6, 1)}, &f));
+    ASSERT_EQ(two->ChildrenCount(), 2u);
+    EXPECT_EQ((*two->SolidChild(0))[0].start.x, 5.0);
+    // Either order of a contour and one inside it gives a solid with a hole.
+    for (bool innerFirst : {false, true}) {
+        ProClosedContour *outer = closed(0, 0, 4, 4), *inner = closed(1, 1, 2, 2);
+        const Owned c(innerFirst ? s.ComplexContourFromContours({inner, outer}, &f)
+                                 : s.ComplexContourFromContours({outer, inner}, &f));
+        ASSERT_EQ(c->ChildrenCount(), 1u);
+        EXPECT_EQ(c->SolidChild(0)->ChildrenCount(), 1u);
+        EXPECT_NEAR(Area(c.get()), 15.0, 1e-12);
     }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
+    EXPECT_EQ(s.ComplexContourFromContours({closed(0, 0, 2, 2), closed(1, 1, 3, 3)}, &f), nullptr);
 }
 
-TEST(LasSolverTest, ComplexContourFromContoursKeepsTheDisjointOrder) {
-    const int before = ProContour::get_contour_allocs();
-    {
-        ProContourFactory f;
-        LAS_Solver s(kEps);
-        const auto closed = [](double x0, double y0, double x1, double y1) {
-            return new ProClosedContour(RectContour(x0, y0, x1, y1));
-        };
-        EXPECT_EQ(Owned(s.ComplexContourFromContours({nullptr}, &f))->ChildrenCount(), 0u);
-        // Disjoint: the second contour's solid comes first.
-        const Owned two(s.ComplexContourFromContours({closed(0, 0, 1, 1), closed(5, 0, 6, 1)}, &f));
-        ASSERT_EQ(two->ChildrenCount(), 2u);
-        EXPECT_EQ((*two->SolidChild(0))[0].start.x, 5.0);
-        // Either order of a contour and one inside it gives a solid with a hole.
-        for (bool innerFirst : {false, true}) {
-            ProClosedContour *outer = closed(0, 0, 4, 4), *inner = closed(1, 1, 2, 2);
-            const Owned c(innerFirst ? s.ComplexContourFromContours({inner, outer}, &f)
-                                     : s.ComplexContourFromContours({outer, inner}, &f));
-            ASSERT_EQ(c->ChildrenCount(), 1u);
-            EXPECT_EQ(c->SolidChild(0)->ChildrenCount(), 1u);
-            EXPECT_NEAR(Area(c.get()), 15.0, 1e-12);
-        }
-        EXPECT_EQ(s.ComplexContourFromContours({closed(0, 0, 2, 2), closed(1, 1, 3, 3)}, &f),
-                  nullptr);
-    }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
-}
-
-TEST(LasSolverTest, TopAndRightPartsAndSectorsInside) {
+TEST_F(LasSolverTest, TopAndRightPartsAndSectorsInside) {
     const auto top = [](const Owned& c, double level) {
         return ShapeAbove(*c->SolidChild(0), level, kEps);
     };
@@ -416,7 +402,7 @@ TEST(LasSolverTest, TopAndRightPartsAndSectorsInside) {
     EXPECT_TRUE(SegmentInsideShape(*ring, Sector2({-5, 20}, {15, 20}), kEps).empty());
 }
 
-TEST(LasSolverTest, TJunctionSplitsOnlyTheCrossedElement) {
+TEST_F(LasSolverTest, TJunctionSplitsOnlyTheCrossedElement) {
     LAS_Solver s(kEps);
     s.AddLine({0, 0}, {4, 0});
     s.AddLine({2, 0}, {2, 3});
@@ -433,7 +419,7 @@ TEST(LasSolverTest, TJunctionSplitsOnlyTheCrossedElement) {
     EXPECT_EQ(s.MergeBaseContour(0), 0);  // no base contours yet
 }
 
-TEST(LasSolverTest, HalfPlaneCutsUseTheirOwnFixedTolerance) {
+TEST_F(LasSolverTest, HalfPlaneCutsUseTheirOwnFixedTolerance) {
     // A solver epsilon far larger than 1e-8 does not widen the cut.
     LAS_Solver s(1e-3);
     std::vector<Point2> cut;
@@ -467,7 +453,7 @@ TEST(LasSolverTest, HalfPlaneCutsUseTheirOwnFixedTolerance) {
     EXPECT_EQ(byY[0].y, -1.0);
 }
 
-TEST(LasSolverTest, ArcsWithoutACentreAndRemovedPointsKeepTheirIndices) {
+TEST_F(LasSolverTest, ArcsWithoutACentreAndRemovedPointsKeepTheirIndices) {
     // A middle point on the chord: no circle through the three.
     LAS_Solver flat(kEps);
     const int b = flat.AddPoint({0, 0}), e = flat.AddPoint({2, 0}), m = flat.AddPoint({1, 0});

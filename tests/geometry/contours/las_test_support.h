@@ -1,6 +1,8 @@
 // Shapes, exact areas and tree checks shared by the contour solver tests.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -14,6 +16,13 @@
 namespace quillon::las_test {
 
 constexpr double kPi = std::numbers::pi;
+
+// A suite whose every test must leave as many contour nodes alive as it found.
+class LeakChecked : public ::testing::Test {
+protected:
+    void TearDown() override { EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore); }
+    const int nodesBefore = ProContour::get_contour_allocs();
+};
 
 // Signed area of a closed line-arc contour, arcs exact: chord triangle plus circular segment.
 inline double SignedArea(const LAContour& c) {

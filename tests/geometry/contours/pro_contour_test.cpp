@@ -12,6 +12,8 @@
 namespace quillon {
 namespace {
 
+using ProContourTree = las_test::LeakChecked;
+
 using las_test::RectContour;
 
 LAContour Square(double x, double y, double size) { return RectContour(x, y, x + size, y + size); }
@@ -47,89 +49,82 @@ bool SameEdges(const LAContour& a, const LAContour& b) {
     return true;
 }
 
-TEST(ProContour, AttachMovesOwnershipAndKeepsOneParent) {
-    const int before = ProContour::get_contour_allocs();
-    {
-        ProContourFactory f;
-        std::unique_ptr<ProSolidContour> a(f.CreateSolidContour()), b(f.CreateSolidContour());
-        ProEmptyContour* hole = f.CreateEmptyContour();
-        EXPECT_EQ(a->Attach(nullptr), nullptr);
-        EXPECT_EQ(a->Attach(hole), hole);
-        EXPECT_EQ(a->Attach(hole), hole);  // twice: still one entry
-        EXPECT_EQ(a->ChildrenCount(), 1u);
-        EXPECT_EQ(hole->ClosedContourLevel(), 1);
-        EXPECT_EQ(a->ContourChild(0), hole);
-        EXPECT_EQ(a->ClosedChild(1), nullptr);  // index equal to the count
-        // Moving the hole to b takes it out of a.
-        EXPECT_EQ(b->Attach(hole), hole);
-        EXPECT_EQ(a->ChildrenCount(), 0u);
-        EXPECT_EQ(hole->Parent(), b.get());
-        // Solids move between complex contours the same way.
-        std::unique_ptr<ProComplexContour> c1(f.CreateComplexContour()),
-            c2(f.CreateComplexContour());
-        ProSolidContour* s = c1->Attach(f.CreateSolidContour());
-        EXPECT_EQ(s->ClosedContourLevel(), 0);
-        c2->Attach(s);
-        EXPECT_EQ(c1->ChildrenCount(), 0u);
-        EXPECT_EQ(c2->SolidChild(0), s);
-        EXPECT_EQ(c2->SolidChild(1), nullptr);
-        EXPECT_EQ(s->Parent(), c2.get());
-        // A node never becomes its own descendant; a solid may stand as a hole of another.
-        EXPECT_EQ(b->Attach(b.get()), nullptr);
-        ProSolidContour* inner = f.CreateSolidContour();
-        EXPECT_EQ(b->Attach(inner), inner);
-        EXPECT_EQ(inner->Attach(b.get()), nullptr);
-        EXPECT_EQ(b->Parent(), nullptr);
-        EXPECT_EQ(inner->ChildrenCount(), 0u);
-        // Detach hands the node back without deleting it.
-        hole->Detach();
-        EXPECT_EQ(hole->Parent(), nullptr);
-        EXPECT_EQ(b->ChildrenCount(), 1u);
-        hole->Detach();  // no parent: nothing happens
-        delete hole;
-        // For subclasses, unlisting answers whether the child was listed.
-        struct Unlisting : ProSolidContour {
-            using ProSolidContour::remove_child_reference;
-        } holder;
-        ProClosedContour* listed = holder.Attach(f.CreateEmptyContour());
-        EXPECT_TRUE(holder.remove_child_reference(listed));
-        EXPECT_FALSE(holder.remove_child_reference(listed));
-        delete listed;
-    }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
+TEST_F(ProContourTree, AttachMovesOwnershipAndKeepsOneParent) {
+    ProContourFactory f;
+    std::unique_ptr<ProSolidContour> a(f.CreateSolidContour()), b(f.CreateSolidContour());
+    ProEmptyContour* hole = f.CreateEmptyContour();
+    EXPECT_EQ(a->Attach(nullptr), nullptr);
+    EXPECT_EQ(a->Attach(hole), hole);
+    EXPECT_EQ(a->Attach(hole), hole);  // twice: still one entry
+    EXPECT_EQ(a->ChildrenCount(), 1u);
+    EXPECT_EQ(hole->ClosedContourLevel(), 1);
+    EXPECT_EQ(a->ContourChild(0), hole);
+    EXPECT_EQ(a->ClosedChild(1), nullptr);  // index equal to the count
+    // Moving the hole to b takes it out of a.
+    EXPECT_EQ(b->Attach(hole), hole);
+    EXPECT_EQ(a->ChildrenCount(), 0u);
+    EXPECT_EQ(hole->Parent(), b.get());
+    // Solids move between complex contours the same way.
+    std::unique_ptr<ProComplexContour> c1(f.CreateComplexContour()), c2(f.CreateComplexContour());
+    ProSolidContour* s = c1->Attach(f.CreateSolidContour());
+    EXPECT_EQ(s->ClosedContourLevel(), 0);
+    c2->Attach(s);
+    EXPECT_EQ(c1->ChildrenCount(), 0u);
+    EXPECT_EQ(c2->SolidChild(0), s);
+    EXPECT_EQ(c2->SolidChild(1), nullptr);
+    EXPECT_EQ(s->Parent(), c2.get());
+    // A node never becomes its own descendant; a solid may stand as a hole of another.
+    EXPECT_EQ(b->Attach(b.get()), nullptr);
+    ProSolidContour* inner = f.CreateSolidContour();
+    EXPECT_EQ(b->Attach(inner), inner);
+    EXPECT_EQ(inner->Attach(b.get()), nullptr);
+    EXPECT_EQ(b->Parent(), nullptr);
+    EXPECT_EQ(inner->ChildrenCount(), 0u);
+    // Detach hands the node back without deleting it.
+    hole->Detach();
+    EXPECT_EQ(hole->Parent(), nullptr);
+    EXPECT_EQ(b->ChildrenCount(), 1u);
+    hole->Detach();  // no parent: nothing happens
+    delete hole;
+    // For subclasses, unlisting answers whether the child was listed.
+    struct Unlisting : ProSolidContour {
+        using ProSolidContour::remove_child_reference;
+    } holder;
+    ProClosedContour* listed = holder.Attach(f.CreateEmptyContour());
+    EXPECT_TRUE(holder.remove_child_reference(listed));
+    EXPECT_FALSE(holder.remove_child_reference(listed));
+    delete listed;
 }
 
-TEST(ProContour, AllocationCounterAfterEveryDestructionPath) {
-    const int before = ProContour::get_contour_allocs();
+TEST_F(ProContourTree, AllocationCounterAfterEveryDestructionPath) {
     ProContourFactory f;
     {
         auto tree = BuildTree(f);
-        EXPECT_EQ(ProContour::get_contour_allocs(), before + 6);
+        EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 6);
         // A hole deleted directly leaves its solid's vector.
         ProSolidContour* s0 = tree->SolidChild(0);
         ProClosedContour* second = s0->ClosedChild(1);
         delete s0->ClosedChild(0);
         EXPECT_EQ(s0->ClosedChild(0), second);
-        EXPECT_EQ(ProContour::get_contour_allocs(), before + 5);
+        EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 5);
         // A solid deleted directly takes its holes with it and leaves the complex contour.
         ProSolidContour* s1 = tree->SolidChild(1);
         delete s0;
         EXPECT_EQ(tree->ChildrenCount(), 1u);
         EXPECT_EQ(tree->SolidChild(0), s1);
-        EXPECT_EQ(ProContour::get_contour_allocs(), before + 3);
+        EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 3);
         tree->Clear();
         EXPECT_EQ(tree->ChildrenCount(), 0u);
-        EXPECT_EQ(ProContour::get_contour_allocs(), before + 1);
+        EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 1);
     }
     {
         // Copies are nodes of their own and are counted.
         ProSolidContour solid(Square(0, 0, 1));
         ProSolidContour copy(solid);
         ProClosedContour closed(copy);
-        EXPECT_EQ(ProContour::get_contour_allocs(), before + 3);
+        EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 3);
         solid.Attach(f.CreateEmptyContour());  // a stack solid still owns and deletes its holes
     }
-    EXPECT_EQ(ProContour::get_contour_allocs(), before);
 }
 
 // A client factory with its own hole class, as the solver has.
@@ -140,12 +135,11 @@ struct TaggingFactory : ProContourFactory {
     ProEmptyContour* CreateEmptyContour() override { return new TaggedHole(); }
 };
 
-TEST(ProContour, DuplicateIsADeepCopySharingNothing) {
-    const int before = ProContour::get_contour_allocs();
+TEST_F(ProContourTree, DuplicateIsADeepCopySharingNothing) {
     TaggingFactory f;
     auto tree = BuildTree(f);
     std::unique_ptr<ProContour> copy(tree->Duplicate());
-    EXPECT_EQ(ProContour::get_contour_allocs(), before + 12);
+    EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 12);
     std::vector<const ProContour*> a, b;
     CollectNodes(tree.get(), a);
     CollectNodes(copy.get(), b);
@@ -176,7 +170,7 @@ TEST(ProContour, DuplicateIsADeepCopySharingNothing) {
     EXPECT_EQ(tree->SolidChild(0)->front().start.x, 0.0);
 }
 
-TEST(ProContour, CopiesTakeGeometryAndAttributeButNoLinks) {
+TEST_F(ProContourTree, CopiesTakeGeometryAndAttributeButNoLinks) {
     ProContourFactory f;
     auto tree = BuildTree(f);
     ProSolidContour* source = tree->SolidChild(0);
@@ -195,7 +189,7 @@ TEST(ProContour, CopiesTakeGeometryAndAttributeButNoLinks) {
     EXPECT_EQ(source->ChildrenCount(), 2u);
 }
 
-TEST(ProContour, BoundRectAndMotionsCoverTheWholeTree) {
+TEST_F(ProContourTree, BoundRectAndMotionsCoverTheWholeTree) {
     ProContourFactory f;
     EXPECT_FALSE(
         std::unique_ptr<ProComplexContour>(f.CreateComplexContour())->GetBoundRect().is_valid());
@@ -229,7 +223,7 @@ TEST(ProContour, BoundRectAndMotionsCoverTheWholeTree) {
     EXPECT_EQ(k, 5u);  // two solids, three holes
 }
 
-TEST(ProContour, VisitorReachesComplexAndSolidsOnly) {
+TEST_F(ProContourTree, VisitorReachesComplexAndSolidsOnly) {
     struct Counting : ProContourVisitor {
         int complexes = 0;
         std::vector<std::int32_t> solids;
