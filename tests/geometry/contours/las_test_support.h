@@ -159,46 +159,35 @@ struct ShapeMaker {
     int Pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng); }
 
     ProComplexContour* Make(std::string& kind) {
-        switch (Pick(7)) {
+        const int which = Pick(7);
+        switch (which) {
             case 0: {
                 kind = "rectangle";
                 const double x = Grid(0, 3), y = Grid(0, 3);
                 return Shape(RectContour(x, y, x + Grid(0.5, 3), y + Grid(0.5, 3)));
             }
-            case 1: {
-                kind = "convex polygon";
-                const Point2 c(Grid(1, 3), Grid(1, 3));
-                const int n = 3 + Pick(6);
-                const double r = Uniform(0.5, 2), phase = Uniform(0, 2 * kPi);
-                std::vector<Point2> pts;
-                for (int k = 0; k < n; ++k) {
-                    const double a = phase + 2 * kPi * k / n;
-                    pts.emplace_back(c.x + r * std::cos(a), c.y + r * std::sin(a));
-                }
-                if (Pick(2)) std::reverse(pts.begin(), pts.end());
-                return Shape(Polygon(pts));
-            }
+            case 1:
             case 2: {
-                kind = "star";
+                const bool star = which == 2;
+                kind = star ? "star" : "convex polygon";
                 const Point2 c(Grid(1, 3), Grid(1, 3));
-                const int n = 3 + Pick(4);
-                const double r = Uniform(1, 2), phase = Uniform(0, 2 * kPi);
+                const int n = 3 + Pick(star ? 4 : 6);
+                const double r = Uniform(star ? 1 : 0.5, 2), phase = Uniform(0, 2 * kPi);
                 std::vector<Point2> pts;
-                for (int k = 0; k < 2 * n; ++k) {
-                    const double a = phase + kPi * k / n, rr = k % 2 ? r * 0.45 : r;
+                for (int k = 0; k < (star ? 2 * n : n); ++k) {
+                    const double a = phase + (star ? kPi : 2 * kPi) * k / n;
+                    const double rr = star && k % 2 ? r * 0.45 : r;
                     pts.emplace_back(c.x + rr * std::cos(a), c.y + rr * std::sin(a));
                 }
+                if (!star && Pick(2)) std::reverse(pts.begin(), pts.end());
                 return Shape(Polygon(pts));
             }
             case 3: {
                 kind = "L shape";
                 const double x = Grid(0, 2), y = Grid(0, 2), w = Grid(1, 3), h = Grid(1, 3);
-                return Shape(Polygon({{x, y},
-                                      {x + w, y},
-                                      {x + w, y + h / 2},
-                                      {x + w / 2, y + h / 2},
-                                      {x + w / 2, y + h},
-                                      {x, y + h}}));
+                const double m = x + w / 2, top = y + h;
+                return Shape(Polygon(
+                    {{x, y}, {x + w, y}, {x + w, y + h / 2}, {m, y + h / 2}, {m, top}, {x, top}}));
             }
             case 4: {
                 kind = "disc";
