@@ -73,6 +73,9 @@ TEST_F(ContourText, SmallFormsOfTheNotation) {
     EXPECT_EQ(ProClosedContourWriter().write(ProEmptyContour(Polygon({{3, 4}}))),
               L"(H((L 3.000000 4.000000)))");
     EXPECT_EQ(ReadComplex(L"(((S((L 1 2)) 5 ())))")->SolidChild(0)->attribute, 5);
+    std::wstring unit;
+    EXPECT_NE(TryRead(L"\"a\\\"b\"(())", unit), nullptr);
+    EXPECT_EQ(unit, L"a\\\"b");  // the escape stays as written
     auto b = ReadComplex(L" ( ( (s ((l 1 2) ) ( ) ) ) ) ");
     EXPECT_EQ(b->SolidChild(0)->attribute, 0);
     ASSERT_EQ(b->SolidChild(0)->size(), 1u);
@@ -109,29 +112,6 @@ TEST_F(ContourText, ArcStartIsRebuiltFromRoundedRadiusAndAngle) {
     EXPECT_DOUBLE_EQ(arc.start.x, 1.25 + 2.345679 * std::cos(0.987654));
     EXPECT_DOUBLE_EQ(arc.start.y, -2.0 + 2.345679 * std::sin(0.987654));
     EXPECT_EQ(writer.write(reader.GetLAContour()), text);
-}
-
-TEST_F(ContourText, TokenReaderTokensStringsAndLines) {
-    TokenReader t(L"( ) \"a\\\"b\" key7x 12.5e3\n\n-x (");
-    EXPECT_EQ(t.ReadToken(), TokenReader::OpeningBrace);
-    EXPECT_EQ(t.ReadToken(), TokenReader::ClosingBrace);
-    EXPECT_EQ(t.ReadToken(), TokenReader::String);
-    EXPECT_EQ(t.GetString(), L"a\\\"b");  // the escape stays as written
-    EXPECT_EQ(t.ReadToken(), TokenReader::Keyword);
-    EXPECT_EQ(t.GetString(), L"KEY7X");
-    EXPECT_EQ(t.ReadToken(), TokenReader::Number);
-    EXPECT_EQ(t.GetString(), L"12.5e3");
-    EXPECT_EQ(t.GetLine(), 0);
-    EXPECT_EQ(t.ReadToken(), TokenReader::Number);
-    EXPECT_EQ(t.GetString(), L"-x");
-    EXPECT_EQ(t.GetLine(), 2);
-    EXPECT_TRUE(t.ExpectBrace());
-    // Skip2Closing returns the raw text up to the matching brace and consumes it.
-    TokenReader s(L"(a (b (c)) \")\" d) e ");
-    s.ExpectOpeningBrace();
-    EXPECT_EQ(s.Skip2Closing(), L"a (b (c)) \")\" d");
-    s.ExpectKeyword();
-    EXPECT_EQ(s.GetString(), L"E");
 }
 
 // Kept deliberately strict: a text cut after a number must not read as complete.

@@ -89,20 +89,16 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
         // The point lies on the contour named or, for an overlap, on a contour of the solids
         // named (a stretch of one boundary inside the other region).
         const Solver2d rel(1e-6);
-        const auto onContour = [&](long solid, long hole) {
-            const ProSolidContour* s = shape->SolidChild(static_cast<unsigned long>(solid));
-            return rel.IsPointOnContour(
-                p.where, hole < 0 ? static_cast<const LAContour*>(s) : s->ClosedChild(hole));
-        };
-        const auto onSolid = [&](long solid) {
-            bool on = onContour(solid, -1);
-            for (unsigned long h = 0; h < shape->SolidChild(solid)->ChildrenCount(); ++h)
-                on = on || onContour(solid, static_cast<long>(h));
-            return on;
-        };
-        const bool on = c.kind == Kind::SolidsOverlap || c.kind == Kind::HolesOverlap
-                            ? onSolid(p.path.solid) || onSolid(p.other.solid)
-                            : onContour(p.path.solid, p.path.hole);
+        const bool overlap = c.kind == Kind::SolidsOverlap || c.kind == Kind::HolesOverlap;
+        bool on = false;
+        for (const ContourPath& at : {p.path, overlap ? p.other : p.path}) {
+            const ProSolidContour* s = shape->SolidChild(static_cast<unsigned long>(at.solid));
+            for (long h = -1; h < static_cast<long>(s->ChildrenCount()); ++h)
+                if (overlap || h == at.hole)
+                    on =
+                        on || rel.IsPointOnContour(p.where, h < 0 ? static_cast<const LAContour*>(s)
+                                                                  : s->ClosedChild(h));
+        }
         const bool placed =
             c.kind != Kind::NotClosed && c.kind != Kind::Overflow && c.kind != Kind::NotAHole;
         EXPECT_TRUE(on || !placed) << p.where.x << ", " << p.where.y;

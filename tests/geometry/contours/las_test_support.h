@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "quillon/geometry/contours/contour_ops.h"
+#include "quillon/geometry/contours/contour_validate.h"
 #include "quillon/geometry/contours/las_solver.h"
 
 namespace quillon::las_test {
@@ -87,62 +88,14 @@ inline int DistinctVertices(const LAContour& c, double eps = 1e-9) {
     return n;
 }
 
-// Whether two edges of one contour meet anywhere but at the ends they share.
-inline bool SelfCrossing(const LAContour& c, double eps) {
-    const Solver2d rel(eps);
-    const auto curves = Solver2d::CurvesOf(c);
-    std::vector<Point2> pts;
-    for (std::size_t i = 0; i < curves.size(); ++i)
-        for (std::size_t j = i + 1; j < curves.size(); ++j) {
-            rel.FindCrossPoints(curves[i], curves[j], pts);
-            for (const Point2& p : pts) {
-                const bool endI = p.distance(curves[i].a) <= eps || p.distance(curves[i].b) <= eps;
-                const bool endJ = p.distance(curves[j].a) <= eps || p.distance(curves[j].b) <= eps;
-                if (!(endI && endJ)) return true;
-            }
-        }
-    return false;
-}
-
-// A valid tree: holes inside their solid, holes of a solid apart, solids apart (or one inside a
-// hole of the other), no contour crossing itself. Empty string when valid.
+// A valid tree: every solid with area, and nothing the validation finds (holes inside their solid
+// and apart, solids apart or islands in a hole, no contour crossing itself). Empty when valid.
 inline std::string CheckTree(const ProComplexContour* c, double eps) {
     if (c == nullptr) return "null";
-    Solver2d rel(eps);
-    std::vector<const ProSolidContour*> solids;
-    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
-        const ProSolidContour* s = c->SolidChild(i);
-        if (s == nullptr) return "null solid";
-        if (!(std::fabs(SignedArea(*s)) > 1e-14)) return "solid without area";
-        if (SelfCrossing(*s, eps)) return "solid crosses itself";
-        for (unsigned long j = 0; j < s->ChildrenCount(); ++j) {
-            const ProClosedContour* h = s->ClosedChild(j);
-            if (dynamic_cast<const ProEmptyContour*>(h) == nullptr)
-                return "hole is not a hole node";
-            if (SelfCrossing(*h, eps)) return "hole crosses itself";
-            if (rel.GetRelation(s, h) != Solver2d::Inside) return "hole not inside its solid";
-            for (unsigned long k = j + 1; k < s->ChildrenCount(); ++k)
-                if (rel.GetRelation(h, s->ClosedChild(k)) != Solver2d::Disjoint)
-                    return "holes overlap";
-        }
-        solids.push_back(s);
-    }
-    const auto inHoleOf = [&](const ProSolidContour* outer, const ProSolidContour* inner) {
-        for (unsigned long j = 0; j < outer->ChildrenCount(); ++j) {
-            const auto r = rel.GetRelation(outer->ClosedChild(j), inner);
-            if (r == Solver2d::Inside) return true;
-        }
-        return false;
-    };
-    for (std::size_t i = 0; i < solids.size(); ++i)
-        for (std::size_t j = i + 1; j < solids.size(); ++j) {
-            const auto r = rel.GetRelation(solids[i], solids[j]);
-            if (r == Solver2d::Disjoint) continue;
-            if (r == Solver2d::Inside && inHoleOf(solids[i], solids[j])) continue;
-            if (r == Solver2d::Encloses && inHoleOf(solids[j], solids[i])) continue;
-            return "solids overlap (relation " + std::to_string(static_cast<int>(r)) + ")";
-        }
-    return "";
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i)
+        if (!(std::fabs(SignedArea(*c->SolidChild(i))) > 1e-14)) return "solid without area";
+    const ContourValidation v = ValidateComplexContour(*c, eps);
+    return v.IsValid() ? "" : DescribeProblem(v.problems.front());
 }
 
 // Seeded random shapes: rectangles, convex polygons, stars, L shapes, discs, annuli and frames.

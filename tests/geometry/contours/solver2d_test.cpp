@@ -41,21 +41,23 @@ TEST(Solver2dTest, EqualityAndAxisSnappedAngles) {
 TEST(Solver2dTest, SegmentContacts) {
     Solver2d s(kEps);
     std::vector<Point2> pts;
-    // Proper crossing.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {2, 2}), Sector2({0, 2}, {2, 0}), pts), 1);
-    EXPECT_TRUE(Has(pts, {1, 1}));
-    // A T-junction reports the touching end exactly; an end point within epsilon counts.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {4, 0}), Sector2({2, 0.5e-6}, {2, 3}), pts), 1);
-    EXPECT_EQ(pts[0].y, 0.5e-6);
-    // Collinear overlap: the overlap's two ends.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {4, 0}), Sector2({6, 0}, {1, 0}), pts), 2);
-    EXPECT_TRUE(Has(pts, {4, 0}));
-    EXPECT_TRUE(Has(pts, {1, 0}));
-    // Shared end only, and parallel or far apart: nothing else.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({1, 0}, {2, 1}), pts), 1);
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({0, 1}, {1, 1}), pts), 0);
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({2, -1}, {2, 1}), pts), 0);
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({3, 0}, {5, 0}), pts), 0);
+    const Sector2 bar({0, 0}, {4, 0});
+    const struct {
+        Sector2 a, b;
+        std::vector<Point2> want;
+    } cases[] = {
+        {Sector2({0, 0}, {2, 2}), Sector2({0, 2}, {2, 0}), {{1, 1}}},  // a proper crossing
+        {bar, Sector2({2, 0.5e-6}, {2, 3}), {{2, 0.5e-6}}},  // a T-junction within epsilon: its end
+        {bar, Sector2({6, 0}, {1, 0}), {{4, 0}, {1, 0}}},    // collinear overlap: its two ends
+        {bar, Sector2({4, 0}, {5, 1}), {{4, 0}}},            // a shared end only
+        {bar, Sector2({0, 1}, {1, 1}), {}},                  // parallel
+        {bar, Sector2({5, -1}, {5, 1}), {}},                 // apart
+        {bar, Sector2({5, 0}, {7, 0}), {}},                  // collinear, apart
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(s.FindLineCrossPoint(c.a, c.b, pts), static_cast<int>(c.want.size()));
+        for (const Point2& p : c.want) EXPECT_TRUE(Has(pts, p)) << p.x << " " << p.y;
+    }
 }
 
 TEST(Solver2dTest, ArcContactsAndCircleCrossings) {
