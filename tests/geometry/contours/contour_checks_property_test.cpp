@@ -16,16 +16,15 @@
 namespace quillon {
 namespace {
 
-using ContourChecksPropertyTest = las_test::LeakChecked;
+using namespace las_test;
 
-using las_test::Area;
-using las_test::SignedArea;
+using ContourChecksPropertyTest = LeakChecked;
 
 constexpr double kEps = 1e-7;
 using Owned = std::unique_ptr<ProComplexContour>;
 
 // The union of two random shapes: a solver result itself.
-Owned Operand(las_test::ShapeMaker& maker) {
+Owned Operand(ShapeMaker& maker) {
     std::string kind;
     const Owned a(maker.Make(kind)), b(maker.Make(kind));
     return ShapeUnion(*a, *b, kEps);
@@ -61,15 +60,14 @@ void Check(const ContourValidation& v, ContourProblemKind kind, Expect e) {
 }
 
 TEST_F(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
-    las_test::ShapeMaker maker(20250117u);
+    ShapeMaker maker(20250117u);
     ProContourFactory f;
     int results = 0, removed = 0, verdicts = 0;
     for (int round = 0; round < 200 && !::testing::Test::HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         const Owned a = Operand(maker), b = Operand(maker);
-        const Owned mul(LAS_Solver(kEps).Mul(a.get(), b.get(), &f));
-        const Owned add(LAS_Solver(kEps).Add(a.get(), b.get(), &f));
-        const Owned sub(LAS_Solver(kEps).Sub(a.get(), b.get(), &f));
+        const Owned mul = ShapeIntersection(*a, *b, kEps), add = ShapeUnion(*a, *b, kEps),
+                    sub = ShapeDifference(*a, *b, kEps);
         for (const ProComplexContour* r : {a.get(), b.get(), add.get(), sub.get(), mul.get()}) {
             ++results;
             EXPECT_EQ(FirstProblem(ValidateComplexContour(*r, kEps)), "");
@@ -86,10 +84,9 @@ TEST_F(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
             for (unsigned long i = 0; i < from.ChildrenCount(); ++i)
                 to.Attach(static_cast<ProSolidContour*>(from.SolidChild(i)->Duplicate()));
         };
-        gather(*both, *a);
-        gather(*both, *b);
-        gather(*pieces, *sub);
-        gather(*pieces, *mul);
+        for (const auto& [to, from] :
+             {std::pair{&both, &a}, {&both, &b}, {&pieces, &sub}, {&pieces, &mul}})
+            gather(**to, **from);
         Check(ValidateComplexContour(*both, kEps), ContourProblemKind::SolidsOverlap,
               FromArea(Area(mul.get())));
         EXPECT_EQ(FirstProblem(ValidateComplexContour(*pieces, kEps)), "");
@@ -97,21 +94,19 @@ TEST_F(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
         // First outlines of the operands, as a hole of the other or both as holes of a plate.
         const LAContour& sa = *a->SolidChild(0);
         const LAContour& sb = *b->SolidChild(0);
-        const Owned fa(las_test::Shape(sa)), fb(las_test::Shape(sb));
-        const Owned outside(LAS_Solver(kEps).Sub(fb.get(), fa.get(), &f));
-        const Owned common(LAS_Solver(kEps).Mul(fa.get(), fb.get(), &f));
-        const LAContour plate = las_test::RectContour(-5, -5, 15, 15);
-        Check(ValidateComplexContour(*Owned(las_test::Shape(sa, {sb})), kEps),
+        const Owned fa(Shape(sa)), fb(Shape(sb));
+        const Owned outside = ShapeDifference(*fb, *fa, kEps),
+                    common = ShapeIntersection(*fa, *fb, kEps);
+        const LAContour plate = RectContour(-5, -5, 15, 15);
+        Check(ValidateComplexContour(*Owned(Shape(sa, {sb})), kEps),
               ContourProblemKind::HoleOutside, FromArea(Area(outside.get())));
-        Check(ValidateComplexContour(*Owned(las_test::Shape(plate, {sa, sb})), kEps),
+        Check(ValidateComplexContour(*Owned(Shape(plate, {sa, sb})), kEps),
               ContourProblemKind::HolesOverlap, FromArea(Area(common.get())));
         if (common->ChildrenCount() > 0) {
             // A piece of the common part lies in the first outline, touching it along the cuts.
             const LAContour& piece = *common->SolidChild(0);
-            EXPECT_EQ(
-                FirstProblem(ValidateComplexContour(*Owned(las_test::Shape(sa, {piece})), kEps)),
-                "");
-            Check(ValidateComplexContour(*Owned(las_test::Shape(plate, {piece, sb})), kEps),
+            EXPECT_EQ(FirstProblem(ValidateComplexContour(*Owned(Shape(sa, {piece})), kEps)), "");
+            Check(ValidateComplexContour(*Owned(Shape(plate, {piece, sb})), kEps),
                   ContourProblemKind::HolesOverlap, Expect::Some);
         }
         verdicts += FromArea(Area(mul.get())) != Expect::Either;

@@ -7,8 +7,9 @@
 namespace quillon {
 namespace {
 
-using las_test::Area;
-using las_test::kPi;
+using namespace las_test;
+
+constexpr double eps = 1e-7;
 
 double AreaOf(const ShapePtr& s) { return Area(s.get()); }
 
@@ -28,7 +29,7 @@ TEST(ContourOps, SolveElementsNestsFacesAndKeepsTheOvershoots) {
     EXPECT_EQ(solved.faces, 2u);
     EXPECT_EQ(solved.polylines.size(), 4u);
     EXPECT_NEAR(AreaOf(solved.shape), 6000.0 - kPi * 225.0, 1e-9);
-    EXPECT_EQ(las_test::CheckTree(solved.shape.get(), 1e-6), "");
+    EXPECT_EQ(CheckTree(solved.shape.get(), 1e-6), "");
     EXPECT_EQ(SolveElements({}, 1e-6).shape->ChildrenCount(), 0u);
     // Faces sharing an edge lie side by side: both kept.
     std::vector<LooseElement> twoFaces;
@@ -42,10 +43,8 @@ TEST(ContourOps, SolveElementsNestsFacesAndKeepsTheOvershoots) {
 // The area identities of the booleans are checked on 1100 seeded pairs (las_property_test); here
 // the list union: the fold of pairwise unions, a copy of a single shape, an empty shape of none.
 TEST(ContourOps, UnionOfAList) {
-    const double eps = 1e-7;
-    const ShapePtr a = MakeShape(las_test::RectContour(0, 0, 2, 2)),
-                   b = MakeShape(las_test::CircleContour({2, 2}, 1)),
-                   c = MakeShape(las_test::RectContour(2.5, 0, 4, 5));
+    const ShapePtr a = MakeShape(RectContour(0, 0, 2, 2)), b = MakeShape(CircleContour({2, 2}, 1)),
+                   c = MakeShape(RectContour(2.5, 0, 4, 5));
     const ShapePtr folded = ShapeUnion(*ShapeUnion(*a, *b, eps), *c, eps);
     EXPECT_EQ(WriteShapeText(*ShapeUnion({a.get(), nullptr, b.get(), c.get()}, eps)),
               WriteShapeText(*folded));
@@ -59,9 +58,7 @@ TEST(ContourOps, UnionOfAList) {
 // operands' corners were. The clean-up leaves the rectangle's four corners (and the closing edge
 // the solver writes), the same area, and nothing at all by default.
 TEST(ContourOps, CleanUpOptionMergesSplitEdgesAndKeepsTheRegion) {
-    const double eps = 1e-7;
-    const ShapePtr a = MakeShape(las_test::RectContour(0, 0, 2, 1)),
-                   b = MakeShape(las_test::RectContour(1, 0, 3, 1));
+    const ShapePtr a = MakeShape(RectContour(0, 0, 2, 1)), b = MakeShape(RectContour(1, 0, 3, 1));
     const ShapePtr kept = CombineShapes(*a, *b, ShapeOperation::Union, eps);
     const ShapePtr clean =
         CombineShapes(*a, *b, ShapeOperation::Union, eps, ResultCleanUp::Simplify);
@@ -70,15 +67,14 @@ TEST(ContourOps, CleanUpOptionMergesSplitEdgesAndKeepsTheRegion) {
     EXPECT_GT(kept->SolidChild(0)->size(), 5u);
     EXPECT_EQ(clean->SolidChild(0)->size(), 5u);
     EXPECT_NEAR(AreaOf(clean), 3.0, 1e-12);
-    EXPECT_EQ(las_test::CheckTree(clean.get(), eps), "");
+    EXPECT_EQ(CheckTree(clean.get(), eps), "");
     const ShapePtr renormalized = NormalizeShape(*kept, eps, ResultCleanUp::Simplify);
     EXPECT_EQ(WriteShapeText(*renormalized), WriteShapeText(*clean));
     EXPECT_EQ(WriteShapeText(*NormalizeShape(*kept, eps)), WriteShapeText(*kept));
 }
 
 TEST(ContourOps, ShapeTextRoundTripsWithAndWithoutUnit) {
-    const ShapePtr shape =
-        MakeShape(las_test::RectContour(-2, -1, 4, 5), {las_test::RectContour(0, 1, 1, 2)});
+    const ShapePtr shape = MakeShape(RectContour(-2, -1, 4, 5), {RectContour(0, 1, 1, 2)});
     const std::wstring bare = WriteShapeText(*shape);
     const std::wstring withUnit = WriteShapeText(*shape, L"cm");
     EXPECT_EQ(withUnit, L"\"cm\"" + bare);

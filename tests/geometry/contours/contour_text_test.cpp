@@ -195,13 +195,11 @@ TEST_F(ContourText, NestingIsBounded) {
         return text + L"))";
     };
     const int most = ProClosedContourReader::kMaxNesting;
-    {
-        auto deep = ReadComplex(nested(most));
-        const ProContour* node = deep.get();
-        for (int depth = 0; depth < most; ++depth) node = node->ContourChild(0);
-        EXPECT_EQ(node->ChildrenCount(), 0u);
-        EXPECT_EQ(dynamic_cast<const ProClosedContour*>(node)->ClosedContourLevel(), most - 1);
-    }
+    const Owned deep = ReadComplex(nested(most));
+    const ProContour* node = deep.get();
+    for (int depth = 0; depth < most; ++depth) node = node->ContourChild(0);
+    EXPECT_EQ(node->ChildrenCount(), 0u);
+    EXPECT_EQ(dynamic_cast<const ProClosedContour*>(node)->ClosedContourLevel(), most - 1);
     const ContourTextError e = Thrown([&] { ReadComplex(nested(most + 1)); });
     EXPECT_EQ(e.origin, Origin::contour);
     EXPECT_EQ(e.code, ProClosedContourReader::WrongChild);

@@ -16,6 +16,8 @@
 namespace quillon {
 namespace {
 
+using namespace las_test;
+
 using Kind = ContourProblemKind;
 
 std::unique_ptr<ProComplexContour> Read(const std::wstring& text) {
@@ -33,49 +35,42 @@ std::wstring H(const std::wstring& edges) { return L"(H(" + edges + L"))"; }
 std::wstring C(const std::wstring& solids) { return L"((" + solids + L"))"; }
 
 TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
+    using enum ContourProblemKind;
     const std::wstring frame = H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)");
-    const ContourPath outline{0, -1}, firstHole{0, 0};
+    const ContourPath outer{0, -1}, hole{0, 0};
     const struct {
         const char* name;
         std::wstring text;
         Kind kind;
         ContourPath path;
     } cases[] = {
-        {"hole outside", C(S(kSquare, H(L"(L 20 20)(L 30 20)(L 30 30)"))), Kind::HoleOutside,
-         firstHole},
-        {"hole across the outline", C(S(kSquare, H(L"(L 5 5)(L 15 5)(L 15 8)"))), Kind::HoleOutside,
-         firstHole},
-        {"bow-tie", C(S(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")), Kind::SelfCrossing, outline},
-        {"crossing at a vertex passed twice",
-         C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")), Kind::SelfCrossing, outline},
-        {"folding back", C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")), Kind::SelfCrossing,
-         outline},
-        {"overflow", C(S(L"(L 0 0)(L 1e308 0)(L 0 1e308)")), Kind::Overflow, outline},
-        {"two points", C(S(L"(L 0 0)(L 10 0)")), Kind::NotClosed, outline},
-        {"edges within epsilon", C(S(L"(L 0 0)(L 0.00000001 0)(L 0 0.00000001)")), Kind::NotClosed,
-         outline},
-        {"arc missing the next start", C(S(L"(L 0 0)(A 0 0 1 0 1.5)(L 0 1)")), Kind::ArcMismatch,
-         outline},
-        {"arc beyond a full turn", C(S(L"(A 0 0 1 0 7)")), Kind::SelfCrossing, outline},
+        {"hole outside", C(S(kSquare, H(L"(L 20 20)(L 30 20)(L 30 30)"))), HoleOutside, hole},
+        {"hole across", C(S(kSquare, H(L"(L 5 5)(L 15 5)(L 15 8)"))), HoleOutside, hole},
+        {"bow-tie", C(S(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")), SelfCrossing, outer},
+        {"vertex passed twice", C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")),
+         SelfCrossing, outer},
+        {"folding back", C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")), SelfCrossing, outer},
+        {"overflow", C(S(L"(L 0 0)(L 1e308 0)(L 0 1e308)")), Overflow, outer},
+        {"two points", C(S(L"(L 0 0)(L 10 0)")), NotClosed, outer},
+        {"within epsilon", C(S(L"(L 0 0)(L 0.00000001 0)(L 0 0.00000001)")), NotClosed, outer},
+        {"arc missing", C(S(L"(L 0 0)(A 0 0 1 0 1.5)(L 0 1)")), ArcMismatch, outer},
+        {"arc over a turn", C(S(L"(A 0 0 1 0 7)")), SelfCrossing, outer},
         {"crossing holes",
          C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)(L 1 5)") + H(L"(L 3 3)(L 7 3)(L 7 7)"))),
-         Kind::HolesOverlap, firstHole},
-        {"hole within a hole", C(S(kSquare, frame + H(L"(L 3 3)(L 4 3)(L 4 4)"))),
-         Kind::HolesOverlap, firstHole},
+         HolesOverlap, hole},
+        {"hole within a hole", C(S(kSquare, frame + H(L"(L 3 3)(L 4 3)(L 4 4)"))), HolesOverlap,
+         hole},
         {"equal holes", C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 5 5)(L 1 1)(L 5 1)"))),
-         Kind::HolesOverlap, firstHole},
-        {"crossing solids", C(S(kSquare) + S(L"(L 5 5)(L 15 5)(L 15 15)(L 5 15)")),
-         Kind::SolidsOverlap, outline},
-        {"solid within a solid", C(S(kSquare) + S(L"(L 2 2)(L 3 2)(L 3 3)")), Kind::SolidsOverlap,
-         outline},
-        {"equal solids", C(S(kSquare) + S(L"(L 10 10)(L 0 10)(L 0 0)(L 10 0)")),
-         Kind::SolidsOverlap, outline},
-        {"island over the edge of a hole",
-         C(S(kSquare, frame) + S(L"(L 1 4)(L 5 4)(L 5 6)(L 1 6)")), Kind::SolidsOverlap, outline},
-        {"island on the material", C(S(kSquare, frame) + S(L"(L 0.5 0.5)(L 1.5 0.5)(L 1.5 1.5)")),
-         Kind::SolidsOverlap, outline},
-        {"solid as a child of a solid", C(S(kSquare, S(L"(L 1 1)(L 2 1)(L 2 2)"))), Kind::NotAHole,
-         firstHole},
+         HolesOverlap, hole},
+        {"crossing solids", C(S(kSquare) + S(L"(L 5 5)(L 15 5)(L 15 15)")), SolidsOverlap, outer},
+        {"solid in a solid", C(S(kSquare) + S(L"(L 2 2)(L 3 2)(L 3 3)")), SolidsOverlap, outer},
+        {"equal solids", C(S(kSquare) + S(L"(L 10 10)(L 0 10)(L 0 0)(L 10 0)")), SolidsOverlap,
+         outer},
+        {"island over a hole edge", C(S(kSquare, frame) + S(L"(L 1 4)(L 5 4)(L 5 6)(L 1 6)")),
+         SolidsOverlap, outer},
+        {"island on material", C(S(kSquare, frame) + S(L"(L 0.5 0.5)(L 1.5 0.5)(L 1.5 1.5)")),
+         SolidsOverlap, outer},
+        {"solid child", C(S(kSquare, S(L"(L 1 1)(L 2 1)(L 2 2)"))), NotAHole, hole},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -105,10 +100,9 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
     }
 
     // Numbers that text cannot hold.
-    LAContour nan = las_test::RectContour(0, 0, 1, 1);
+    LAContour nan = RectContour(0, 0, 1, 1);
     nan[2].start.y = std::numeric_limits<double>::quiet_NaN();
-    std::unique_ptr<ProComplexContour> shape(
-        las_test::Shape(las_test::RectContour(0, 0, 5, 5), {nan}));
+    std::unique_ptr<ProComplexContour> shape(Shape(RectContour(0, 0, 5, 5), {nan}));
     const ContourValidation v = ValidateComplexContour(*shape, 1e-7);
     ASSERT_EQ(v.problems.size(), 1u);
     EXPECT_EQ(v.problems[0].kind, Kind::NotFinite);
@@ -126,7 +120,7 @@ TEST(ContourValidateTest, TouchingIslandsAndPinchedOutlinesAreValid) {
     const std::wstring quarter = L"(L 0 0)(A 0 0 1 0 1.5707963267948966)(L 0 1)";
     const std::vector<std::wstring> valid = {
         C(S(kSquare, H(L"(L 0 0)(L 4 2)(L 2 4)"))),  // hole touching a corner
-        C(S(kSquare, H(L"(L 0 2)(L 0 8)(L 4 5)"))),  // hole along the outline
+        C(S(kSquare, H(L"(L 0 2)(L 0 8)(L 4 5)"))),  // hole along the outer
         C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 5 5)(L 9 5)(L 9 9)"))),
         C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 1 1)(L 5 5)(L 1 5)"))),
         C(S(kSquare, H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +  // island in a hole,
@@ -154,16 +148,16 @@ TEST(ContourValidateTest, LargeGridOfHolesIsCheckedWholeAndOneOverlapFound) {
     ProContourFactory f;
     std::unique_ptr<ProComplexContour> shape(f.CreateComplexContour());
     ProSolidContour* plate = shape->Attach(f.CreateSolidContour());
-    plate->SetLAContour(las_test::RectContour(0, 0, 120, 120));
+    plate->SetLAContour(RectContour(0, 0, 120, 120));
     for (int i = 0; i < 60; ++i)
         for (int j = 0; j < 60; ++j) {
             const double x = 2.0 * i + 0.5, y = 2.0 * j + 0.5;
             plate->Attach(f.CreateEmptyContour())
-                ->SetLAContour(i % 3 == 0 ? las_test::CircleContour({x + 0.5, y + 0.5}, 0.5)
-                                          : las_test::RectContour(x, y, x + 1, y + 1));
+                ->SetLAContour(i % 3 == 0 ? CircleContour({x + 0.5, y + 0.5}, 0.5)
+                                          : RectContour(x, y, x + 1, y + 1));
             if (i % 3 == 1 && j % 3 == 0)
                 shape->Attach(f.CreateSolidContour())
-                    ->SetLAContour(las_test::RectContour(x + 0.25, y + 0.25, x + 0.75, y + 0.75));
+                    ->SetLAContour(RectContour(x + 0.25, y + 0.25, x + 0.75, y + 0.75));
         }
     EXPECT_TRUE(ValidateComplexContour(*shape, 1e-7).IsValid());
     // One hole moved onto its neighbour.

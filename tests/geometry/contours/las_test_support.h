@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <memory>
-#include <numbers>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,10 +12,11 @@
 #include "quillon/geometry/contours/contour_ops.h"
 #include "quillon/geometry/contours/contour_validate.h"
 #include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/plane/angles.h"
 
 namespace quillon::las_test {
 
-constexpr double kPi = std::numbers::pi;
+using quillon::kPi;
 
 // A suite whose every test must leave as many contour nodes alive as it found.
 class LeakChecked : public ::testing::Test {

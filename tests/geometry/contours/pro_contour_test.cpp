@@ -118,12 +118,23 @@ TEST_F(ProContourTree, AllocationCounterAfterEveryDestructionPath) {
         EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 1);
     }
     {
-        // Copies are nodes of their own and are counted.
-        ProSolidContour solid(Square(0, 0, 1));
-        ProSolidContour copy(solid);
+        // Copies are nodes of their own, counted, with geometry and attribute but no links.
+        auto tree = BuildTree(f);
+        ProSolidContour* source = tree->SolidChild(0);
+        ProSolidContour copy(*source);
         ProClosedContour closed(copy);
-        EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 3);
-        solid.Attach(f.CreateEmptyContour());  // a stack solid still owns and deletes its holes
+        EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore + 8);
+        EXPECT_EQ(copy.attribute, 7);
+        EXPECT_TRUE(copy.ChildrenCount() == 0 && copy.Parent() == nullptr);
+        EXPECT_TRUE(SameEdges(closed, *source));
+        copy.Attach(f.CreateEmptyContour());  // a stack solid still owns and deletes its holes
+        // Assignment replaces geometry and attribute; the target keeps its own place and holes.
+        ProSolidContour* target = tree->SolidChild(1);
+        *target = *source;
+        EXPECT_EQ(target->attribute, 7);
+        EXPECT_TRUE(SameEdges(*target, *source));
+        EXPECT_EQ(target->Parent(), tree.get());
+        EXPECT_EQ(target->ChildrenCount(), 1u);
     }
 }
 
@@ -168,25 +179,6 @@ TEST_F(ProContourTree, DuplicateIsADeepCopySharingNothing) {
     // Changing the copy leaves the source alone.
     copy->Move(Vector2(100, 0));
     EXPECT_EQ(tree->SolidChild(0)->front().start.x, 0.0);
-}
-
-TEST_F(ProContourTree, CopiesTakeGeometryAndAttributeButNoLinks) {
-    ProContourFactory f;
-    auto tree = BuildTree(f);
-    ProSolidContour* source = tree->SolidChild(0);
-    ProSolidContour copy(*source);
-    EXPECT_EQ(copy.attribute, 7);
-    EXPECT_EQ(copy.ChildrenCount(), 0u);
-    EXPECT_EQ(copy.Parent(), nullptr);
-    EXPECT_TRUE(SameEdges(copy, *source));
-    // Assignment replaces geometry and attribute; the target keeps its own place and holes.
-    ProSolidContour* target = tree->SolidChild(1);
-    *target = *source;
-    EXPECT_EQ(target->attribute, 7);
-    EXPECT_TRUE(SameEdges(*target, *source));
-    EXPECT_EQ(target->Parent(), tree.get());
-    EXPECT_EQ(target->ChildrenCount(), 1u);
-    EXPECT_EQ(source->ChildrenCount(), 2u);
 }
 
 TEST_F(ProContourTree, BoundRectAndMotionsCoverTheWholeTree) {

@@ -154,17 +154,14 @@ TEST(Solver2dTest, RelationCodes) {
 
 TEST(Solver2dTest, PointsAndPiecesOnContours) {
     Solver2d s(kEps);
-    ProContourFactory f;
-    ProSolidContour* solid = f.CreateSolidContour();
-    solid->SetLAContour(RectContour(0, 0, 10, 10));
-    ProEmptyContour* hole = f.CreateEmptyContour();
-    hole->SetLAContour(CircleContour({5, 5}, 2));
-    solid->Attach(hole);
-    EXPECT_TRUE(s.IsPointInSolidContour({1, 1}, solid));
-    EXPECT_TRUE(s.IsPointInSolidContour({0, 5}, solid));    // on the outline
-    EXPECT_TRUE(s.IsPointInSolidContour({5, 7}, solid));    // on the hole's edge
-    EXPECT_FALSE(s.IsPointInSolidContour({5, 5}, solid));   // in the hole
-    EXPECT_FALSE(s.IsPointInSolidContour({11, 5}, solid));  // outside
+    const ShapePtr shape = MakeShape(RectContour(0, 0, 10, 10), {CircleContour({5, 5}, 2)});
+    const ProSolidContour* solid = shape->SolidChild(0);
+    const ProClosedContour* hole = solid->ClosedChild(0);
+    // Inside, on the outline, on the hole's edge: in the solid; in the hole or outside: not.
+    for (const Point2& p : {Point2(1, 1), Point2(0, 5), Point2(5, 7)})
+        EXPECT_TRUE(s.IsPointInSolidContour(p, solid));
+    for (const Point2& p : {Point2(5, 5), Point2(11, 5)})
+        EXPECT_FALSE(s.IsPointInSolidContour(p, solid));
     EXPECT_TRUE(s.IsLineOnContour(Sector2({2, 0}, {10, 0}), solid));
     EXPECT_TRUE(s.IsLineOnContour(Sector2({0, 3}, {0, 0}), solid));
     EXPECT_FALSE(s.IsLineOnContour(Sector2({2, 0}, {12, 0}), solid));
@@ -175,7 +172,6 @@ TEST(Solver2dTest, PointsAndPiecesOnContours) {
     EXPECT_EQ(s.GetSectorsInContour(nullptr, Sector2({0, 0}, {1, 0}), in), 0);
     EXPECT_TRUE(s.IsPointInContour({5, 5}, hole));
     EXPECT_FALSE(s.IsPointInContour({5, 7}, hole));
-    delete solid;
 }
 
 }  // namespace
