@@ -9,9 +9,7 @@
 namespace quillon {
 namespace {
 
-using las_test::kPi;
-using las_test::Polygon;
-using las_test::SignedArea;
+using namespace las_test;
 
 TEST(ContourSimplifyTest, StraightRunsAndArcsOfOneCircleJoinWithoutMovingTheRegion) {
     // A hole with corners left over at x = 280 and 290 on its straight lower edge, and the

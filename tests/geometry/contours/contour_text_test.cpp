@@ -10,6 +10,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "las_test_support.h"
@@ -18,9 +19,10 @@
 namespace quillon {
 namespace {
 
-using ContourText = las_test::LeakChecked;
+using namespace las_test;
 
-using las_test::Polygon;
+using ContourText = LeakChecked;
+
 using Origin = ContourTextError::Origin;
 using Owned = std::unique_ptr<ProComplexContour>;
 
@@ -130,11 +132,7 @@ TEST_F(ContourText, RunReachingEndOfTextIsError4) {
 }
 
 TEST_F(ContourText, EveryErrorCodeFromAMinimalText) {
-    struct Case {
-        const wchar_t* text;
-        Origin origin;
-        int code;
-    };
+    using Case = std::tuple<const wchar_t*, Origin, int>;
     // Through the complex-with-unit reader, the outermost one.
     const Case cases[] = {{L"", Origin::token, 0},
                           {L"  \n ", Origin::token, 1},
@@ -154,25 +152,25 @@ TEST_F(ContourText, EveryErrorCodeFromAMinimalText) {
                           {L"\"m\"(((H()) ", Origin::contour, 2},
                           {L"\"m\"(((S()()) ", Origin::token, 1},
                           {L"\"m\"(((S()()))", Origin::token, 0}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "text: " << platform::ToUtf8(c.text));
+    for (const auto& [text, origin, code] : cases) {
+        SCOPED_TRACE(testing::Message() << "text: " << platform::ToUtf8(text));
         std::wstring unit;
-        ProComplexContourAndUnitReader reader(c.text);
+        ProComplexContourAndUnitReader reader(text);
         const ContourTextError e = Thrown([&] { delete reader.read(unit); });
-        EXPECT_EQ(e.origin, c.origin);
-        EXPECT_EQ(e.code, c.code);
-        EXPECT_EQ(reader.GetError(), c.code);
+        EXPECT_EQ(e.origin, origin);
+        EXPECT_EQ(e.code, code);
+        EXPECT_EQ(reader.GetError(), code);
         EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore);
     }
     // The edge reader's own codes, and the tokenizer codes only reachable directly.
     const Case edgeCases[] = {{L"((Q 1 2))", Origin::edge, LAContourReader::UnknownEdge},
                               {L"((A 1 2 3 (", Origin::edge, LAContourReader::NumberExpected},
                               {L"((L 1 2 3))", Origin::token, TokenReader::ClosingBraceExpected}};
-    for (const Case& c : edgeCases) {
-        LAContourReader la(c.text);
+    for (const auto& [text, origin, code] : edgeCases) {
+        LAContourReader la(text);
         EXPECT_FALSE(la.read());
-        EXPECT_EQ(la.GetErrorOrigin(), c.origin);
-        EXPECT_EQ(la.GetError(), c.code);
+        EXPECT_EQ(la.GetErrorOrigin(), origin);
+        EXPECT_EQ(la.GetError(), code);
     }
     TokenReader stray(L") ");
     EXPECT_EQ(Thrown([&] { stray.Skip2Closing(); }).code, TokenReader::TooManyClosing);

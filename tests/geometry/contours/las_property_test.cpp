@@ -16,11 +16,10 @@
 namespace quillon {
 namespace {
 
-using LasPropertyTest = las_test::LeakChecked;
-using LasRobustnessTest = las_test::LeakChecked;
+using namespace las_test;
 
-using las_test::Area;
-using las_test::CheckTree;
+using LasPropertyTest = LeakChecked;
+using LasRobustnessTest = LeakChecked;
 
 constexpr double kEps = 1e-7;
 
@@ -74,7 +73,7 @@ protected:
 bool Close(double a, double b, double scale) { return std::fabs(a - b) <= 1e-9 * scale; }
 
 TEST_F(LasPropertyTest, BooleanAreasAddUpAndResultsAreValidTrees) {
-    las_test::ShapeMaker maker(20240611u);
+    ShapeMaker maker(20240611u);
     for (int round = 0; round < 1100 && !::testing::Test::HasFailure(); ++round) {
         std::string ka, kb;
         const ShapePtr a(maker.Make(ka)), b(maker.Make(kb));
@@ -91,7 +90,7 @@ TEST_F(LasPropertyTest, BooleanAreasAddUpAndResultsAreValidTrees) {
 
 TEST_F(LasPropertyTest, ListUnionGivesTheRegionOfTheFold) {
     ProContourFactory f;
-    las_test::ShapeMaker maker(4242u);
+    ShapeMaker maker(4242u);
     for (int round = 0; round < 160 && !::testing::Test::HasFailure(); ++round) {
         std::vector<ProComplexContour*> list;
         std::string kind;
@@ -134,7 +133,7 @@ std::wstring Text(const ProComplexContour* c) {
 
 TEST_F(LasPropertyTest, IndexedSolverMatchesTheStraightforwardOne) {
     ProContourFactory f;
-    las_test::ShapeMaker maker(777u);
+    ShapeMaker maker(777u);
     for (int round = 0; round < 150 && !::testing::Test::HasFailure(); ++round) {
         std::vector<ShapePtr> shapes;
         std::string kind;
@@ -163,8 +162,8 @@ LAContour RandomContour(std::mt19937& rng) {
                                1e12,
                                std::numeric_limits<double>::quiet_NaN(),
                                std::numeric_limits<double>::infinity(),
-                               2 * las_test::kPi,
-                               -2 * las_test::kPi,
+                               2 * kPi,
+                               -2 * kPi,
                                100.0};
     const auto value = [&]() {
         const int k = pick(rng);

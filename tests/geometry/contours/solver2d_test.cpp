@@ -10,11 +10,8 @@
 namespace quillon {
 namespace {
 
-using las_test::CircleContour;
-using las_test::Polygon;
-using las_test::RectContour;
+using namespace las_test;
 
-constexpr double kPi = std::numbers::pi;
 constexpr double kEps = 1e-6;
 
 bool Has(const std::vector<Point2>& pts, const Point2& p, double tol = 1e-9) {
@@ -64,31 +61,29 @@ TEST(Solver2dTest, ArcContactsAndCircleCrossings) {
     Solver2d s(kEps);
     std::vector<Point2> pts;
     const Arc2 upper(Circle2({0, 0}, 1), 0.0, kPi);  // counter-clockwise over the top
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 0.5}, {2, 0.5}), upper, pts), 2);
-    EXPECT_TRUE(Has(pts, {std::sqrt(0.75), 0.5}));
-    EXPECT_TRUE(Has(pts, {-std::sqrt(0.75), 0.5}));
-    // Tangent, and tangent within epsilon: the foot point alone.
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 1}, {2, 1}), upper, pts), 1);
+    const double h = std::sqrt(0.75);
+    const auto line = [&](double y) {
+        return s.FindLineArcCrossPoint(Sector2({-2, y}, {2, y}), upper, pts);
+    };
+    EXPECT_EQ(line(0.5), 2);
+    EXPECT_TRUE(Has(pts, {h, 0.5}) && Has(pts, {-h, 0.5}));
+    EXPECT_EQ(line(1), 1);  // tangent, and tangent within epsilon: the foot point alone
     EXPECT_TRUE(Has(pts, {0, 1}));
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 1 - 0.5e-6}, {2, 1 - 0.5e-6}), upper, pts), 1);
-    // The lower half of the circle is not on this arc.
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, -0.5}, {2, -0.5}), upper, pts), 0);
-    // Co-circular arcs overlapping: the overlap's ends only.
-    const Arc2 right(Circle2({0, 0}, 1), -kPi / 2, kPi);
-    EXPECT_EQ(s.FindArcCrossPoint(upper, right, pts), 2);
+    EXPECT_EQ(line(1 - 0.5e-6), 1);
+    EXPECT_EQ(line(-0.5), 0);  // the lower half of the circle is not on this arc
+    // Co-circular arcs overlapping: the overlap's ends only; arcs of two circles crossing.
+    EXPECT_EQ(s.FindArcCrossPoint(upper, Arc2(Circle2({0, 0}, 1), -kPi / 2, kPi), pts), 2);
+    EXPECT_TRUE(Has(pts, {1, 0}) && Has(pts, {0, 1}));
+    EXPECT_EQ(s.FindArcCrossPoint(upper, Arc2(Circle2({1, 0}, 1), 0.0, 2 * kPi - 0.1), pts), 1);
+    EXPECT_TRUE(Has(pts, {0.5, h}));
+    const Circle2 unit({0, 0}, 1);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({1, 0}, 1), pts), 2);
+    EXPECT_NEAR(pts[0].y, h, 1e-12);  // left of the direction between the centres first
+    EXPECT_NEAR(pts[1].y, -h, 1e-12);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({2, 0}, 1), pts), 1);
     EXPECT_TRUE(Has(pts, {1, 0}));
-    EXPECT_TRUE(Has(pts, {0, 1}));
-    // Two circles crossing.
-    const Arc2 other(Circle2({1, 0}, 1), 0.0, 2 * kPi - 0.1);
-    EXPECT_EQ(s.FindArcCrossPoint(upper, other, pts), 1);
-    EXPECT_TRUE(Has(pts, {0.5, std::sqrt(0.75)}));
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({1, 0}, 1), pts), 2);
-    EXPECT_NEAR(pts[0].y, std::sqrt(0.75), 1e-12);  // left of the direction between the centres
-    EXPECT_NEAR(pts[1].y, -std::sqrt(0.75), 1e-12);
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({2, 0}, 1), pts), 1);
-    EXPECT_TRUE(Has(pts, {1, 0}));
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({0, 0}, 2), pts), 0);
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({3, 0}, 1), pts), 0);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({0, 0}, 2), pts), 0);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({3, 0}, 1), pts), 0);
 }
 
 TEST(Solver2dTest, SplittingAndMiddle) {
