@@ -15,13 +15,14 @@ double AreaOf(const ShapePtr& s) { return Area(s.get()); }
 
 // A plate drawn with overshooting lines and a circle: one solid with one hole, the overshoots free.
 TEST(ContourOps, SolveElementsNestsFacesAndKeepsTheOvershoots) {
-    const std::vector<LooseElement> drawing = {
-        LooseElement::MakeLine({-5, 0}, {105, 0}),
-        LooseElement::MakeLine({100, -5}, {100, 65}),
-        LooseElement::MakeLine({105, 60}, {0, 60}),
-        LooseElement::MakeLine({0, 60}, {0, 0}),
-        LooseElement::MakeArc({65, 30}, {65, 30}, {50, 30}, 2 * kPi),
-        LooseElement::MakeLine({1, 1}, {1, 1}),  // degenerate: left out
+    using L = LooseElement;
+    const std::vector<L> drawing = {
+        L::MakeLine({-5, 0}, {105, 0}),
+        L::MakeLine({100, -5}, {100, 65}),
+        L::MakeLine({105, 60}, {0, 60}),
+        L::MakeLine({0, 60}, {0, 0}),
+        L::MakeArc({65, 30}, {65, 30}, {50, 30}, 2 * kPi),
+        L::MakeLine({1, 1}, {1, 1}),  // degenerate: left out
     };
     const SolvedShape solved = SolveElements(drawing, 1e-6);
     ASSERT_EQ(solved.shape->ChildrenCount(), 1u);
@@ -32,9 +33,9 @@ TEST(ContourOps, SolveElementsNestsFacesAndKeepsTheOvershoots) {
     EXPECT_EQ(CheckTree(solved.shape.get(), 1e-6), "");
     EXPECT_EQ(SolveElements({}, 1e-6).shape->ChildrenCount(), 0u);
     // Faces sharing an edge lie side by side: both kept.
-    std::vector<LooseElement> twoFaces;
+    std::vector<L> twoFaces;
     const Point2 ends[] = {{0, 0}, {2, 0}, {2, 1}, {0, 1}, {0, 0}, {1, 0}, {1, 1}};
-    for (int i : {0, 1, 2, 3, 5}) twoFaces.push_back(LooseElement::MakeLine(ends[i], ends[i + 1]));
+    for (int i : {0, 1, 2, 3, 5}) twoFaces.push_back(L::MakeLine(ends[i], ends[i + 1]));
     const SolvedShape split = SolveElements(twoFaces, 1e-6);
     EXPECT_EQ(split.faces, 2u);
     EXPECT_NEAR(AreaOf(split.shape), 2.0, 1e-12);
@@ -72,8 +73,7 @@ TEST(ContourOps, CleanUpOptionMergesSplitEdgesAndKeepsTheRegion) {
 
 TEST(ContourOps, ShapeTextRoundTripsWithAndWithoutUnit) {
     const ShapePtr shape = MakeShape(RectContour(-2, -1, 4, 5), {RectContour(0, 1, 1, 2)});
-    const std::wstring bare = WriteShapeText(*shape);
-    const std::wstring withUnit = WriteShapeText(*shape, L"cm");
+    const std::wstring bare = WriteShapeText(*shape), withUnit = WriteShapeText(*shape, L"cm");
     EXPECT_EQ(withUnit, L"\"cm\"" + bare);
     for (const std::wstring& text : {L" \n" + bare, withUnit}) {
         const ShapeText r = ReadShapeText(text);
