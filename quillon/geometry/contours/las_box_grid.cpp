@@ -6,9 +6,9 @@
 namespace quillon::las_index {
 
 void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
-    ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;
+    ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;  // mutate: off (any extent indexes)
     double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
-    if (!std::isfinite(w) || !std::isfinite(h)) {
+    if (!std::isfinite(w) || !std::isfinite(h)) {  // mutate: off (one cell: slower, same answers)
         // Unbounded input: one cell holds everything (slow but exact).
         ext = Box{0.0, 0.0, 1.0, 1.0};
         w = h = 0.0;
@@ -59,7 +59,8 @@ void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, doub
     for (const Box& b : boxes) each(b, [&](std::size_t k) { ++packedStart[k + 1]; });
     for (std::size_t k = 0; k < n; ++k) packedStart[k + 1] += packedStart[k];
     packedItems.resize(static_cast<std::size_t>(packedStart[n]));
-    std::vector<int> fill(packedStart.begin(), packedStart.end() - 1);
+    std::vector<int> fill(packedStart.begin(),
+                          packedStart.end() - 1);  // mutate: off (a spare counter is unused)
     for (std::size_t id = 0; id < boxes.size(); ++id)
         each(boxes[id], [&](std::size_t k) {
             packedItems[static_cast<std::size_t>(fill[k]++)] = static_cast<int>(id);
@@ -111,7 +112,7 @@ void BoxGrid::Remove(int id, const Box& b) {
 
 void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     out.clear();
-    if (!Valid() || b.Empty()) return;
+    if (!Valid() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
     if (++query == 0) {
         std::fill(stamp.begin(), stamp.end(), 0u);
         query = 1;
@@ -120,7 +121,7 @@ void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     Range(b, i0, j0, i1, j1);
     const auto take = [&](int id) {
         const std::size_t k = static_cast<std::size_t>(id);
-        if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
+        if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);  // mutate: off (growth only)
         if (stamp[k] == query) return;
         stamp[k] = query;
         out.push_back(id);
