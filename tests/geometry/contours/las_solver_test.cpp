@@ -119,7 +119,9 @@ TEST_F(LasSolverTest, ArcThroughMiddlePoint) {
         EXPECT_NEAR(arc.GetCenterPoint().distance({0, 0}), 0.0, 1e-9);
     }
     // A middle point on the chord: no circle through the three.
-    EXPECT_EQ(LAS_Arc(b, e, s.AddPoint({0, 0}), &s).GetCenter(), -1);
+    LAS_Solver flat(kEps);
+    const int f0 = flat.AddPoint({0, 0}), f2 = flat.AddPoint({2, 0});
+    EXPECT_EQ(LAS_Arc(f0, f2, flat.AddPoint({1, 0}), &flat).GetCenter(), -1);
 }
 
 TEST_F(LasSolverTest, TangentTiesOrderByTurningSideAndRadius) {
@@ -287,6 +289,7 @@ TEST_F(LasSolverTest, ListUnionNormalizeAndSet) {
     const Owned a = MakeShape(RectContour(0, 0, 2, 1));
     LAS_Solver s(kEps);
     EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{}, &f), nullptr);
+    EXPECT_EQ(s.MergeBaseContour(0), 0);  // no base contours yet
     EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{a.get()}, &f), a.get());  // not a copy
     // Normalize resolves a solid drawn as two overlapping loops given as one shape.
     const Owned twice = MakeShape(RectContour(0, 0, 2, 2));
