@@ -11,7 +11,7 @@ void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     if (!std::isfinite(w) || !std::isfinite(h)) {  // mutate: off (one cell: slower, same answers)
         // Unbounded input: one cell holds everything (slow but exact).
         ext = Box{0.0, 0.0, 1.0, 1.0};
-        w = h = 0.0;
+        w = h = 0.0;  // mutate: off (any extent indexes)
     }
     // The cell of a uniform spread of the items, made smaller when the items are smaller (they
     // crowd along a thin outline), so each cell holds a few items; at most 4 cells per item.
@@ -72,7 +72,7 @@ void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
     // the same one: overlapping boxes then share a cell. A product with the inverse cell size and
     // truncation (the floor for the non-negative values it is taken of) are cheap.
     const auto cell = [](double v, double origin, double inverse, int n) {
-        const double f = (v - origin) * inverse;
+        const double f = (v - origin) * inverse;  // mutate: off (any rising mapping serves)
         if (!(f >= 0.0)) return 0;     // below the extent, or NaN (mutate: off: 0 either way)
         if (f >= n - 1) return n - 1;  // mutate: off (n - 1 either way)
         return static_cast<int>(f);
@@ -84,7 +84,7 @@ void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
 }
 
 void BoxGrid::Insert(int id, const Box& b) {
-    if (cells.empty() || b.Empty()) return;
+    if (cells.empty() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -95,7 +95,7 @@ void BoxGrid::Insert(int id, const Box& b) {
 }
 
 void BoxGrid::Remove(int id, const Box& b) {
-    if (cells.empty() || b.Empty()) return;
+    if (cells.empty() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -113,7 +113,7 @@ void BoxGrid::Remove(int id, const Box& b) {
 void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     out.clear();
     if (!Valid() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
-    if (++query == 0) {
+    if (++query == 0) {                 // mutate: off (a reset is harmless)
         std::fill(stamp.begin(), stamp.end(), 0u);
         query = 1;
     }

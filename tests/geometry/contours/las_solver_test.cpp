@@ -434,6 +434,7 @@ TEST_F(LasSolverTest, RemovedPointsRenumberLineEndsButNotArcCentres) {
     t.AddPoint({9, 9});
     ASSERT_EQ(t.AddArc({1, 0}, {0, 1}, {0, 0}, kPi / 2), 0);
     EXPECT_EQ(t.GetArc(0)->GetCenter(), 3);
+    EXPECT_EQ(t.GetElementIndx(s.GetElement(0)), -1);  // an element of another solver
     t.RemoveUnusedPoints();
     EXPECT_EQ(t.GetNodeCount(), 2);
     EXPECT_EQ(t.GetArc(0)->GetBegin(), 0);

@@ -67,6 +67,8 @@ TEST_F(ProContourTree, AttachMovesOwnershipAndKeepsOneParent) {
     // Solids move between complex contours the same way.
     std::unique_ptr<ProComplexContour> c1(f.CreateComplexContour()), c2(f.CreateComplexContour());
     ProSolidContour* s = c1->Attach(f.CreateSolidContour());
+    EXPECT_EQ(c1->Attach(nullptr), nullptr);
+    EXPECT_EQ(c1->Attach(s), s);  // twice: still one entry
     EXPECT_EQ(s->ClosedContourLevel(), 0);
     c2->Attach(s);
     EXPECT_EQ(c1->ChildrenCount(), 0u);
@@ -86,14 +88,23 @@ TEST_F(ProContourTree, AttachMovesOwnershipAndKeepsOneParent) {
     EXPECT_EQ(b->ChildrenCount(), 1u);
     hole->Detach();  // no parent: nothing happens
     delete hole;
-    // For subclasses, unlisting answers whether the child was listed.
-    struct Unlisting : ProSolidContour {
+    // For subclasses, unlisting answers whether the child was listed; a hole lists none.
+    struct SolidUnlisting : ProSolidContour {
         using ProSolidContour::remove_child_reference;
     } holder;
+    struct ComplexUnlisting : ProComplexContour {
+        using ProComplexContour::remove_child_reference;
+    } list;
+    struct HoleUnlisting : ProEmptyContour {
+        using ProEmptyContour::remove_child_reference;
+    } leaf;
     ProClosedContour* listed = holder.Attach(f.CreateEmptyContour());
-    EXPECT_TRUE(holder.remove_child_reference(listed));
-    EXPECT_FALSE(holder.remove_child_reference(listed));
+    ProSolidContour* solid = list.Attach(f.CreateSolidContour());
+    EXPECT_TRUE(holder.remove_child_reference(listed) && list.remove_child_reference(solid));
+    EXPECT_FALSE(holder.remove_child_reference(listed) || list.remove_child_reference(solid) ||
+                 leaf.remove_child_reference(solid));
     delete listed;
+    delete solid;
 }
 
 TEST_F(ProContourTree, AllocationCounterAfterEveryDestructionPath) {
