@@ -1,12 +1,8 @@
 // Seeded solver results against the validation and the clean-up: no false alarm on 1000 results,
 // the clean-up keeps every area and the validity, and trees put together from results are found
 // invalid exactly when the solver says their parts overlap.
-#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
-#include <random>
-#include <string>
 
 #include "las_test_support.h"
 #include "quillon/geometry/contours/contour_simplify.h"
@@ -62,14 +58,13 @@ void Check(const ContourValidation& v, ContourProblemKind kind, Expect e) {
 TEST_F(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
     ShapeMaker maker(20250117u);
     ProContourFactory f;
-    int results = 0, removed = 0, verdicts = 0;
+    int removed = 0, verdicts = 0;
     for (int round = 0; round < 200 && !::testing::Test::HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         const Owned a = Operand(maker), b = Operand(maker);
         const Owned mul = ShapeIntersection(*a, *b, kEps), add = ShapeUnion(*a, *b, kEps),
                     sub = ShapeDifference(*a, *b, kEps);
         for (const ProComplexContour* r : {a.get(), b.get(), add.get(), sub.get(), mul.get()}) {
-            ++results;
             EXPECT_EQ(FirstProblem(ValidateComplexContour(*r, kEps)), "");
             Owned clean(static_cast<ProComplexContour*>(r->Duplicate()));
             removed += SimplifyComplexContour(*clean, kEps);
@@ -111,7 +106,6 @@ TEST_F(ContourChecksPropertyTest, SolverResultsAreValidAndCleanUpKeepsThem) {
         }
         verdicts += FromArea(Area(mul.get())) != Expect::Either;
     }
-    EXPECT_EQ(results, 1000);
     EXPECT_GT(removed, 100);   // split elements leave straight corners and arcs in pieces
     EXPECT_GT(verdicts, 190);  // the overlap checks were decided, not skipped
 }

@@ -1,13 +1,7 @@
 // Healing arcs read back from six-decimal text, and the writers' full-precision switch.
 #include "quillon/geometry/contours/contour_heal.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cmath>
-#include <memory>
-#include <random>
-#include <string>
 
 #include "las_test_support.h"
 #include "quillon/geometry/contours/contour_text.h"

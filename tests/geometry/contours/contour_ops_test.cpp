@@ -1,7 +1,5 @@
 #include "quillon/geometry/contours/contour_ops.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/geometry/contours/las_test_support.h"
 
 namespace quillon {

@@ -2,8 +2,6 @@
 // contour_checks_property_test.cpp.
 #include "quillon/geometry/contours/contour_simplify.h"
 
-#include <gtest/gtest.h>
-
 #include "las_test_support.h"
 
 namespace quillon {

@@ -3,15 +3,8 @@
 // accepted tree writes and reads back with the same shape.
 #include "quillon/geometry/contours/contour_text.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <functional>
-#include <memory>
-#include <random>
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "las_test_support.h"
 #include "quillon/platform/text.h"

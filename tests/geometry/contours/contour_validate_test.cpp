@@ -2,13 +2,7 @@
 // look suspicious (touching, islands, pinched outlines), and a large grid of holes.
 #include "quillon/geometry/contours/contour_validate.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <limits>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "las_test_support.h"
 #include "quillon/geometry/contours/contour_text.h"

@@ -2,11 +2,9 @@
 // every result is a valid tree, nothing leaks, the indexed solver gives the same nodes, elements
 // and results as a straightforward solver built on linear searches, and garbage input neither
 // crashes nor leaks.
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <limits>
-#include <random>
 #include <sstream>
 
 #include "las_test_support.h"

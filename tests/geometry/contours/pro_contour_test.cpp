@@ -1,11 +1,7 @@
 #include "quillon/geometry/contours/pro_contour.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <set>
 #include <typeinfo>
-#include <vector>
 
 #include "las_test_support.h"
 

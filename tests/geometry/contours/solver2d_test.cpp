@@ -1,8 +1,5 @@
 #include "quillon/geometry/contours/solver2d.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numbers>
 
 #include "las_test_support.h"
