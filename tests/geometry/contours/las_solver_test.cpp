@@ -109,6 +109,7 @@ TEST_F(LasSolverTest, ArcThroughMiddlePoint) {
     // middle point.
     for (const LAS_Arc& arc : {LAS_Arc(b, e, top, &s), LAS_Arc(b, top, mid, &s)}) {
         EXPECT_NEAR(arc.GetSweep(), arc.GetEnd() == e ? kPi : kPi / 2, 1e-9);
+        ASSERT_GE(arc.GetCenter(), 0);
         EXPECT_NEAR(arc.GetCenterPoint().distance({0, 0}), 0.0, 1e-9);
     }
     // A middle point on the chord: no circle through the three.
