@@ -225,17 +225,18 @@ CurveGrid::CurveGrid(const std::vector<Curve>& list, double tolerance)
         ext.Add(g);
         sizes.push_back(std::max(g.x1 - g.x0, g.y1 - g.y0));
     }
-    if (n > 0 && !ext.Empty()) {
+    if (n > 0 && !ext.Empty()) {  // mutate: off (no item: the extent is empty)
         const double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
         std::nth_element(sizes.begin(), sizes.begin() + static_cast<std::ptrdiff_t>(n / 2),
                          sizes.end());
         // Cells about the size of a typical curve, but not more than a few per curve.
         double cell = std::max(sizes[n / 2], std::sqrt(w) * std::sqrt(h / (4.0 * n)));
-        if (!(cell > 0.0) || !std::isfinite(cell)) cell = std::max({w, h, 1.0});
+        if (!(cell > 0.0) || !std::isfinite(cell))  // mutate: off (cell size only)
+            cell = std::max({w, h, 1.0});
         const double limit = 4.0 * static_cast<double>(n) + 64.0;
         for (;;) {
             const double fx = std::ceil(w / cell), fy = std::ceil(h / cell);
-            if (std::max(fx, 1.0) * std::max(fy, 1.0) <= limit) {
+            if (std::max(fx, 1.0) * std::max(fy, 1.0) <= limit) {  // mutate: off (cell size only)
                 nx = static_cast<int>(std::max(fx, 1.0));
                 ny = static_cast<int>(std::max(fy, 1.0));
                 break;

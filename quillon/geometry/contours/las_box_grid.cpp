@@ -6,12 +6,12 @@
 namespace quillon::las_index {
 
 void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
-    ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;
+    ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;  // mutate: off (any extent indexes)
     double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
-    if (!std::isfinite(w) || !std::isfinite(h)) {
+    if (!std::isfinite(w) || !std::isfinite(h)) {  // mutate: off (one cell: slower, same answers)
         // Unbounded input: one cell holds everything (slow but exact).
         ext = Box{0.0, 0.0, 1.0, 1.0};
-        w = h = 0.0;
+        w = h = 0.0;  // mutate: off (any extent indexes)
     }
     // The cell of a uniform spread of the items, made smaller when the items are smaller (they
     // crowd along a thin outline), so each cell holds a few items; at most 4 cells per item.
@@ -59,7 +59,8 @@ void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, doub
     for (const Box& b : boxes) each(b, [&](std::size_t k) { ++packedStart[k + 1]; });
     for (std::size_t k = 0; k < n; ++k) packedStart[k + 1] += packedStart[k];
     packedItems.resize(static_cast<std::size_t>(packedStart[n]));
-    std::vector<int> fill(packedStart.begin(), packedStart.end() - 1);
+    std::vector<int> fill(packedStart.begin(),
+                          packedStart.end() - 1);  // mutate: off (a spare counter is unused)
     for (std::size_t id = 0; id < boxes.size(); ++id)
         each(boxes[id], [&](std::size_t k) {
             packedItems[static_cast<std::size_t>(fill[k]++)] = static_cast<int>(id);
@@ -71,7 +72,7 @@ void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
     // the same one: overlapping boxes then share a cell. A product with the inverse cell size and
     // truncation (the floor for the non-negative values it is taken of) are cheap.
     const auto cell = [](double v, double origin, double inverse, int n) {
-        const double f = (v - origin) * inverse;
+        const double f = (v - origin) * inverse;  // mutate: off (any rising mapping serves)
         if (!(f >= 0.0)) return 0;     // below the extent, or NaN (mutate: off: 0 either way)
         if (f >= n - 1) return n - 1;  // mutate: off (n - 1 either way)
         return static_cast<int>(f);
@@ -83,7 +84,7 @@ void BoxGrid::Range(const Box& b, int& i0, int& j0, int& i1, int& j1) const {
 }
 
 void BoxGrid::Insert(int id, const Box& b) {
-    if (cells.empty() || b.Empty()) return;
+    if (cells.empty() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -94,7 +95,7 @@ void BoxGrid::Insert(int id, const Box& b) {
 }
 
 void BoxGrid::Remove(int id, const Box& b) {
-    if (cells.empty() || b.Empty()) return;
+    if (cells.empty() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
     for (int j = j0; j <= j1; ++j)
@@ -111,8 +112,8 @@ void BoxGrid::Remove(int id, const Box& b) {
 
 void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     out.clear();
-    if (!Valid() || b.Empty()) return;
-    if (++query == 0) {
+    if (!Valid() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
+    if (++query == 0) {                 // mutate: off (a reset is harmless)
         std::fill(stamp.begin(), stamp.end(), 0u);
         query = 1;
     }
@@ -120,7 +121,7 @@ void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     Range(b, i0, j0, i1, j1);
     const auto take = [&](int id) {
         const std::size_t k = static_cast<std::size_t>(id);
-        if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);
+        if (k >= stamp.size()) stamp.resize(k + 1 + k / 2, 0u);  // mutate: off (growth only)
         if (stamp[k] == query) return;
         stamp[k] = query;
         out.push_back(id);

@@ -10,8 +10,8 @@
 namespace quillon {
 
 LAS_Contour::LAS_Contour(LAS_Solver* owner) : solver(owner) {
-    elements.reserve(20);
-    nodes.reserve(20);
+    elements.reserve(20);  // mutate: off (capacity only)
+    nodes.reserve(20);     // mutate: off (capacity only)
 }
 
 void LAS_Contour::AddEdge(LAS_NodeInfo* start, LAS_Element* e) {
@@ -89,7 +89,7 @@ LAS_Contour* LAS_Contour::MergeWalk(LAS_Contour* other, int first,
     // Each step appends one element of the two contours; more steps than they hold means the
     // walk is going round without reaching its start.
     const std::size_t limit = elements.size() + other->elements.size() + 1;  // mutate: off
-    for (std::size_t step = 0; step < limit; ++step) {
+    for (std::size_t step = 0; step < limit; ++step) {  // mutate: off (a step to spare)
         LAS_Element* e = cur->elements[idx];
         LAS_NodeInfo* start = cur->nodes[idx];
         merged->AddEdge(start, e);

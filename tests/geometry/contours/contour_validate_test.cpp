@@ -2,19 +2,15 @@
 // look suspicious (touching, islands, pinched outlines), and a large grid of holes.
 #include "quillon/geometry/contours/contour_validate.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <limits>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "las_test_support.h"
 #include "quillon/geometry/contours/contour_text.h"
 
 namespace quillon {
 namespace {
+
+using namespace las_test;
 
 using Kind = ContourProblemKind;
 
@@ -25,98 +21,52 @@ std::unique_ptr<ProComplexContour> Read(const std::wstring& text) {
 
 const std::wstring kSquare = L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)";
 
-std::wstring Solid(const std::wstring& edges, const std::wstring& holes = L"") {
+// A solid of the given edges and holes, a hole, and a complex contour of the given solids.
+std::wstring S(const std::wstring& edges, const std::wstring& holes = L"") {
     return L"(S(" + edges + L") 0 (" + holes + L"))";
 }
-std::wstring Hole(const std::wstring& edges) { return L"(H(" + edges + L"))"; }
-std::wstring Complex(const std::wstring& solids) { return L"((" + solids + L"))"; }
-
-struct Case {
-    const char* name;
-    std::wstring text;
-    Kind kind;
-    ContourPath path;
-};
+std::wstring H(const std::wstring& edges) { return L"(H(" + edges + L"))"; }
+std::wstring C(const std::wstring& solids) { return L"((" + solids + L"))"; }
 
 TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
-    const std::wstring farTriangle = L"(L 20 20)(L 30 20)(L 30 30)";
-    const std::vector<Case> cases = {
-        {"hole outside its solid",
-         Complex(Solid(kSquare, Hole(farTriangle))),
-         Kind::HoleOutside,
-         {0, 0}},
-        {"hole across the outline",
-         Complex(Solid(kSquare, Hole(L"(L 5 5)(L 15 5)(L 15 8)"))),
-         Kind::HoleOutside,
-         {0, 0}},
-        {"bow-tie",
-         Complex(Solid(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")),
-         Kind::SelfCrossing,
-         {0, -1}},
-        {"crossing at a vertex passed twice",
-         Complex(Solid(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")),
-         Kind::SelfCrossing,
-         {0, -1}},
-        {"folding back",
-         Complex(Solid(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")),
-         Kind::SelfCrossing,
-         {0, -1}},
-        {"overflowing coordinates",
-         Complex(Solid(L"(L 0 0)(L 1e308 0)(L 0 1e308)")),
-         Kind::Overflow,
-         {0, -1}},
-        {"two points", Complex(Solid(L"(L 0 0)(L 10 0)")), Kind::NotClosed, {0, -1}},
-        {"edges within epsilon",
-         Complex(Solid(L"(L 0 0)(L 0.00000001 0)(L 0 0.00000001)")),
-         Kind::NotClosed,
-         {0, -1}},
-        {"arc missing the next start",
-         Complex(Solid(L"(L 0 0)(A 0 0 1 0 1.5)(L 0 1)")),
-         Kind::ArcMismatch,
-         {0, -1}},
-        {"arc beyond a full turn", Complex(Solid(L"(A 0 0 1 0 7)")), Kind::SelfCrossing, {0, -1}},
+    using enum ContourProblemKind;
+    const std::wstring frame = H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)");
+    const ContourPath outer{0, -1}, hole{0, 0};
+    const struct {
+        const char* name;
+        std::wstring text;
+        Kind kind;
+        ContourPath path;
+    } cases[] = {
+        {"hole outside", C(S(kSquare, H(L"(L 20 20)(L 30 20)(L 30 30)"))), HoleOutside, hole},
+        {"hole across", C(S(kSquare, H(L"(L 5 5)(L 15 5)(L 15 8)"))), HoleOutside, hole},
+        {"bow-tie", C(S(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")), SelfCrossing, outer},
+        {"vertex passed twice", C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")),
+         SelfCrossing, outer},
+        {"folding back", C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")), SelfCrossing, outer},
+        {"overflow", C(S(L"(L 0 0)(L 1e308 0)(L 0 1e308)")), Overflow, outer},
+        {"two points", C(S(L"(L 0 0)(L 10 0)")), NotClosed, outer},
+        {"within epsilon", C(S(L"(L 0 0)(L 0.00000001 0)(L 0 0.00000001)")), NotClosed, outer},
+        {"arc missing", C(S(L"(L 0 0)(A 0 0 1 0 1.5)(L 0 1)")), ArcMismatch, outer},
+        {"arc over a turn", C(S(L"(A 0 0 1 0 7)")), SelfCrossing, outer},
         {"crossing holes",
-         Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)(L 1 5)") +
-                                    Hole(L"(L 3 3)(L 7 3)(L 7 7)(L 3 7)"))),
-         Kind::HolesOverlap,
-         {0, 0}},
-        {"hole within a hole",
-         Complex(Solid(kSquare,
-                       Hole(L"(L 1 1)(L 9 1)(L 9 9)(L 1 9)") + Hole(L"(L 3 3)(L 4 3)(L 4 4)"))),
-         Kind::HolesOverlap,
-         {0, 0}},
-        {"equal holes",
-         Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)") + Hole(L"(L 5 5)(L 1 1)(L 5 1)"))),
-         Kind::HolesOverlap,
-         {0, 0}},
-        {"crossing solids",
-         Complex(Solid(kSquare) + Solid(L"(L 5 5)(L 15 5)(L 15 15)(L 5 15)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"solid within a solid",
-         Complex(Solid(kSquare) + Solid(L"(L 2 2)(L 3 2)(L 3 3)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"equal solids",
-         Complex(Solid(kSquare) + Solid(L"(L 10 10)(L 0 10)(L 0 0)(L 10 0)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"island over the edge of a hole",
-         Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
-                 Solid(L"(L 1 4)(L 5 4)(L 5 6)(L 1 6)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"island on the material",
-         Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
-                 Solid(L"(L 0.5 0.5)(L 1.5 0.5)(L 1.5 1.5)")),
-         Kind::SolidsOverlap,
-         {0, -1}},
-        {"solid as a child of a solid",
-         Complex(Solid(kSquare, Solid(L"(L 1 1)(L 2 1)(L 2 2)"))),
-         Kind::NotAHole,
-         {0, 0}},
+         C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)(L 1 5)") + H(L"(L 3 3)(L 7 3)(L 7 7)"))),
+         HolesOverlap, hole},
+        {"hole within a hole", C(S(kSquare, frame + H(L"(L 3 3)(L 4 3)(L 4 4)"))), HolesOverlap,
+         hole},
+        {"equal holes", C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 5 5)(L 1 1)(L 5 1)"))),
+         HolesOverlap, hole},
+        {"crossing solids", C(S(kSquare) + S(L"(L 5 5)(L 15 5)(L 15 15)")), SolidsOverlap, outer},
+        {"solid in a solid", C(S(kSquare) + S(L"(L 2 2)(L 3 2)(L 3 3)")), SolidsOverlap, outer},
+        {"equal solids", C(S(kSquare) + S(L"(L 10 10)(L 0 10)(L 0 0)(L 10 0)")), SolidsOverlap,
+         outer},
+        {"island over a hole edge", C(S(kSquare, frame) + S(L"(L 1 4)(L 5 4)(L 5 6)(L 1 6)")),
+         SolidsOverlap, outer},
+        {"island on material", C(S(kSquare, frame) + S(L"(L 0.5 0.5)(L 1.5 0.5)(L 1.5 1.5)")),
+         SolidsOverlap, outer},
+        {"solid child", C(S(kSquare, S(L"(L 1 1)(L 2 1)(L 2 2)"))), NotAHole, hole},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const auto shape = Read(c.text);
         const ContourValidation v = ValidateComplexContour(*shape, 1e-7);
@@ -128,30 +78,25 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
         // The point lies on the contour named or, for an overlap, on a contour of the solids
         // named (a stretch of one boundary inside the other region).
         const Solver2d rel(1e-6);
-        const auto onContour = [&](long solid, long hole) {
-            const ProSolidContour* s = shape->SolidChild(static_cast<unsigned long>(solid));
-            return rel.IsPointOnContour(
-                p.where, hole < 0 ? static_cast<const LAContour*>(s) : s->ClosedChild(hole));
-        };
-        const auto onSolid = [&](long solid) {
-            bool on = onContour(solid, -1);
-            for (unsigned long h = 0; h < shape->SolidChild(solid)->ChildrenCount(); ++h)
-                on = on || onContour(solid, static_cast<long>(h));
-            return on;
-        };
-        const bool on = c.kind == Kind::SolidsOverlap || c.kind == Kind::HolesOverlap
-                            ? onSolid(p.path.solid) || onSolid(p.other.solid)
-                            : onContour(p.path.solid, p.path.hole);
+        const bool overlap = c.kind == Kind::SolidsOverlap || c.kind == Kind::HolesOverlap;
+        bool on = false;
+        for (const ContourPath& at : {p.path, overlap ? p.other : p.path}) {
+            const ProSolidContour* s = shape->SolidChild(static_cast<unsigned long>(at.solid));
+            for (long h = -1; h < static_cast<long>(s->ChildrenCount()); ++h)
+                if (overlap || h == at.hole)
+                    on =
+                        on || rel.IsPointOnContour(p.where, h < 0 ? static_cast<const LAContour*>(s)
+                                                                  : s->ClosedChild(h));
+        }
         const bool placed =
             c.kind != Kind::NotClosed && c.kind != Kind::Overflow && c.kind != Kind::NotAHole;
         EXPECT_TRUE(on || !placed) << p.where.x << ", " << p.where.y;
     }
 
     // Numbers that text cannot hold.
-    LAContour nan = las_test::RectContour(0, 0, 1, 1);
+    LAContour nan = RectContour(0, 0, 1, 1);
     nan[2].start.y = std::numeric_limits<double>::quiet_NaN();
-    std::unique_ptr<ProComplexContour> shape(
-        las_test::Shape(las_test::RectContour(0, 0, 5, 5), {nan}));
+    std::unique_ptr<ProComplexContour> shape(Shape(RectContour(0, 0, 5, 5), {nan}));
     const ContourValidation v = ValidateComplexContour(*shape, 1e-7);
     ASSERT_EQ(v.problems.size(), 1u);
     EXPECT_EQ(v.problems[0].kind, Kind::NotFinite);
@@ -159,7 +104,7 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
     EXPECT_EQ(v.problems[0].edge, 2);
     // A tolerance that is not a number asks for the default 1e-10, as a negative one does: an arc
     // missing by 3e-8 is found.
-    const auto nearly = Read(Complex(Solid(L"(L 0 0)(A 0 0 1 0 1.57079630)(L 0 1)")));
+    const auto nearly = Read(C(S(L"(L 0 0)(A 0 0 1 0 1.57079630)(L 0 1)")));
     EXPECT_TRUE(ValidateComplexContour(*nearly, 1e-7).IsValid());
     for (double eps : {-1.0, std::nan("")})
         EXPECT_EQ(ValidateComplexContour(*nearly, eps).Count(Kind::ArcMismatch), 1u);
@@ -168,21 +113,21 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
 TEST(ContourValidateTest, TouchingIslandsAndPinchedOutlinesAreValid) {
     const std::wstring quarter = L"(L 0 0)(A 0 0 1 0 1.5707963267948966)(L 0 1)";
     const std::vector<std::wstring> valid = {
-        Complex(Solid(kSquare, Hole(L"(L 0 0)(L 4 2)(L 2 4)"))),  // hole touching a corner
-        Complex(Solid(kSquare, Hole(L"(L 0 2)(L 0 8)(L 4 5)"))),  // hole along the outline
-        Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)") + Hole(L"(L 5 5)(L 9 5)(L 9 9)"))),
-        Complex(Solid(kSquare, Hole(L"(L 1 1)(L 5 1)(L 5 5)") + Hole(L"(L 1 1)(L 5 5)(L 1 5)"))),
-        Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +  // island in a hole,
-                Solid(L"(L 2 2)(L 5 2)(L 5 5)(L 2 5)")),                 // touching it
-        Complex(Solid(kSquare, Hole(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
-                Solid(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")),  // island filling it
-        Complex(Solid(kSquare) + Solid(L"(L 10 0)(L 20 0)(L 20 10)(L 10 10)")),  // shared edge
-        Complex(Solid(L"(L 0 0)(L 10 0)(L 5 5)(L 10 10)(L 0 10)(L 5 5)")),  // two lobes, one point
-        Complex(Solid(L"(A 0 0 1 0 6.283185307179586)")),                   // a full circle
-        Complex(Solid(L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)(L 0 0)")),         // zero closing edge
-        Complex(Solid(quarter + L"(L 0 0.5)")),                             // collinear corner
-        Complex(Solid(L"(A 0 0 2 0 3.141592653589793)(A 0 0 2 3.141592653589793 3.141592653589793)",
-                      Hole(L"(A 0 0 1 0 -6.283185307179586)"))),  // annulus
+        C(S(kSquare, H(L"(L 0 0)(L 4 2)(L 2 4)"))),  // hole touching a corner
+        C(S(kSquare, H(L"(L 0 2)(L 0 8)(L 4 5)"))),  // hole along the outer
+        C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 5 5)(L 9 5)(L 9 9)"))),
+        C(S(kSquare, H(L"(L 1 1)(L 5 1)(L 5 5)") + H(L"(L 1 1)(L 5 5)(L 1 5)"))),
+        C(S(kSquare, H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +  // island in a hole,
+          S(L"(L 2 2)(L 5 2)(L 5 5)(L 2 5)")),              // touching it
+        C(S(kSquare, H(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")) +
+          S(L"(L 2 2)(L 8 2)(L 8 8)(L 2 8)")),                     // island filling it
+        C(S(kSquare) + S(L"(L 10 0)(L 20 0)(L 20 10)(L 10 10)")),  // shared edge
+        C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 10 10)(L 0 10)(L 5 5)")),   // two lobes, one point
+        C(S(L"(A 0 0 1 0 6.283185307179586)")),                    // a full circle
+        C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)(L 0 0)")),          // zero closing edge
+        C(S(quarter + L"(L 0 0.5)")),                              // collinear corner
+        C(S(L"(A 0 0 2 0 3.141592653589793)(A 0 0 2 3.141592653589793 3.141592653589793)",
+            H(L"(A 0 0 1 0 -6.283185307179586)"))),  // annulus
     };
     for (const std::wstring& text : valid) {
         const auto shape = Read(text);
@@ -197,16 +142,16 @@ TEST(ContourValidateTest, LargeGridOfHolesIsCheckedWholeAndOneOverlapFound) {
     ProContourFactory f;
     std::unique_ptr<ProComplexContour> shape(f.CreateComplexContour());
     ProSolidContour* plate = shape->Attach(f.CreateSolidContour());
-    plate->SetLAContour(las_test::RectContour(0, 0, 120, 120));
+    plate->SetLAContour(RectContour(0, 0, 120, 120));
     for (int i = 0; i < 60; ++i)
         for (int j = 0; j < 60; ++j) {
             const double x = 2.0 * i + 0.5, y = 2.0 * j + 0.5;
             plate->Attach(f.CreateEmptyContour())
-                ->SetLAContour(i % 3 == 0 ? las_test::CircleContour({x + 0.5, y + 0.5}, 0.5)
-                                          : las_test::RectContour(x, y, x + 1, y + 1));
+                ->SetLAContour(i % 3 == 0 ? CircleContour({x + 0.5, y + 0.5}, 0.5)
+                                          : RectContour(x, y, x + 1, y + 1));
             if (i % 3 == 1 && j % 3 == 0)
                 shape->Attach(f.CreateSolidContour())
-                    ->SetLAContour(las_test::RectContour(x + 0.25, y + 0.25, x + 0.75, y + 0.75));
+                    ->SetLAContour(RectContour(x + 0.25, y + 0.25, x + 0.75, y + 0.75));
         }
     EXPECT_TRUE(ValidateComplexContour(*shape, 1e-7).IsValid());
     // One hole moved onto its neighbour.

@@ -1,18 +1,29 @@
 // Shapes, exact areas and tree checks shared by the contour solver tests.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <memory>
-#include <numbers>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "quillon/geometry/contours/contour_ops.h"
+#include "quillon/geometry/contours/contour_validate.h"
 #include "quillon/geometry/contours/las_solver.h"
+#include "quillon/geometry/plane/angles.h"
 
 namespace quillon::las_test {
 
-constexpr double kPi = std::numbers::pi;
+using quillon::kPi;
+
+// A suite whose every test must leave as many contour nodes alive as it found.
+class LeakChecked : public ::testing::Test {
+protected:
+    void TearDown() override { EXPECT_EQ(ProContour::get_contour_allocs(), nodesBefore); }
+    const int nodesBefore = ProContour::get_contour_allocs();
+};
 
 // Signed area of a closed line-arc contour, arcs exact: chord triangle plus circular segment.
 inline double SignedArea(const LAContour& c) {
@@ -77,62 +88,81 @@ inline int DistinctVertices(const LAContour& c, double eps = 1e-9) {
     return n;
 }
 
-// Whether two edges of one contour meet anywhere but at the ends they share.
-inline bool SelfCrossing(const LAContour& c, double eps) {
-    const Solver2d rel(eps);
-    const auto curves = Solver2d::CurvesOf(c);
-    std::vector<Point2> pts;
-    for (std::size_t i = 0; i < curves.size(); ++i)
-        for (std::size_t j = i + 1; j < curves.size(); ++j) {
-            rel.FindCrossPoints(curves[i], curves[j], pts);
-            for (const Point2& p : pts) {
-                const bool endI = p.distance(curves[i].a) <= eps || p.distance(curves[i].b) <= eps;
-                const bool endJ = p.distance(curves[j].a) <= eps || p.distance(curves[j].b) <= eps;
-                if (!(endI && endJ)) return true;
-            }
-        }
-    return false;
-}
-
-// A valid tree: holes inside their solid, holes of a solid apart, solids apart (or one inside a
-// hole of the other), no contour crossing itself. Empty string when valid.
+// A valid tree: every solid with area, and nothing the validation finds (holes inside their solid
+// and apart, solids apart or islands in a hole, no contour crossing itself). Empty when valid.
 inline std::string CheckTree(const ProComplexContour* c, double eps) {
     if (c == nullptr) return "null";
-    Solver2d rel(eps);
-    std::vector<const ProSolidContour*> solids;
-    for (unsigned long i = 0; i < c->ChildrenCount(); ++i) {
-        const ProSolidContour* s = c->SolidChild(i);
-        if (s == nullptr) return "null solid";
-        if (!(std::fabs(SignedArea(*s)) > 1e-14)) return "solid without area";
-        if (SelfCrossing(*s, eps)) return "solid crosses itself";
-        for (unsigned long j = 0; j < s->ChildrenCount(); ++j) {
-            const ProClosedContour* h = s->ClosedChild(j);
-            if (dynamic_cast<const ProEmptyContour*>(h) == nullptr)
-                return "hole is not a hole node";
-            if (SelfCrossing(*h, eps)) return "hole crosses itself";
-            if (rel.GetRelation(s, h) != Solver2d::Inside) return "hole not inside its solid";
-            for (unsigned long k = j + 1; k < s->ChildrenCount(); ++k)
-                if (rel.GetRelation(h, s->ClosedChild(k)) != Solver2d::Disjoint)
-                    return "holes overlap";
-        }
-        solids.push_back(s);
-    }
-    const auto inHoleOf = [&](const ProSolidContour* outer, const ProSolidContour* inner) {
-        for (unsigned long j = 0; j < outer->ChildrenCount(); ++j) {
-            const auto r = rel.GetRelation(outer->ClosedChild(j), inner);
-            if (r == Solver2d::Inside) return true;
-        }
-        return false;
-    };
-    for (std::size_t i = 0; i < solids.size(); ++i)
-        for (std::size_t j = i + 1; j < solids.size(); ++j) {
-            const auto r = rel.GetRelation(solids[i], solids[j]);
-            if (r == Solver2d::Disjoint) continue;
-            if (r == Solver2d::Inside && inHoleOf(solids[i], solids[j])) continue;
-            if (r == Solver2d::Encloses && inHoleOf(solids[j], solids[i])) continue;
-            return "solids overlap (relation " + std::to_string(static_cast<int>(r)) + ")";
-        }
-    return "";
+    for (unsigned long i = 0; i < c->ChildrenCount(); ++i)
+        if (!(std::fabs(SignedArea(*c->SolidChild(i))) > 1e-14)) return "solid without area";
+    const ContourValidation v = ValidateComplexContour(*c, eps);
+    return v.IsValid() ? "" : DescribeProblem(v.problems.front());
 }
+
+// Seeded random shapes: rectangles, convex polygons, stars, L shapes, discs, annuli and frames.
+// The caller owns what Make returns.
+struct ShapeMaker {
+    std::mt19937 rng;
+    explicit ShapeMaker(unsigned seed) : rng(seed) {}
+
+    double Grid(double lo, double hi) {  // half-unit steps: shared edges and corners are common
+        std::uniform_int_distribution<int> d(static_cast<int>(lo * 2), static_cast<int>(hi * 2));
+        return d(rng) / 2.0;
+    }
+    double Uniform(double lo, double hi) { return std::uniform_real_distribution<>(lo, hi)(rng); }
+    int Pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng); }
+
+    ProComplexContour* Make(std::string& kind) {
+        const int which = Pick(7);
+        switch (which) {
+            case 0: {
+                kind = "rectangle";
+                const double x = Grid(0, 3), y = Grid(0, 3);
+                return Shape(RectContour(x, y, x + Grid(0.5, 3), y + Grid(0.5, 3)));
+            }
+            case 1:
+            case 2: {
+                const bool star = which == 2;
+                kind = star ? "star" : "convex polygon";
+                const Point2 c(Grid(1, 3), Grid(1, 3));
+                const int n = 3 + Pick(star ? 4 : 6);
+                const double r = Uniform(star ? 1 : 0.5, 2), phase = Uniform(0, 2 * kPi);
+                std::vector<Point2> pts;
+                for (int k = 0; k < (star ? 2 * n : n); ++k) {
+                    const double a = phase + (star ? kPi : 2 * kPi) * k / n;
+                    const double rr = star && k % 2 ? r * 0.45 : r;
+                    pts.emplace_back(c.x + rr * std::cos(a), c.y + rr * std::sin(a));
+                }
+                if (!star && Pick(2)) std::reverse(pts.begin(), pts.end());
+                return Shape(Polygon(pts));
+            }
+            case 3: {
+                kind = "L shape";
+                const double x = Grid(0, 2), y = Grid(0, 2), w = Grid(1, 3), h = Grid(1, 3);
+                const double m = x + w / 2, top = y + h;
+                return Shape(Polygon(
+                    {{x, y}, {x + w, y}, {x + w, y + h / 2}, {m, y + h / 2}, {m, top}, {x, top}}));
+            }
+            case 4: {
+                kind = "disc";
+                return Shape(CircleContour({Grid(0.5, 3.5), Grid(0.5, 3.5)}, Grid(0.5, 2),
+                                           Pick(2) ? 0.0 : Uniform(0, kPi)));
+            }
+            case 5: {
+                kind = "annulus";
+                const Point2 c(Grid(1, 3), Grid(1, 3));
+                const double r = Grid(1, 2);
+                const Point2 hc(c.x + Uniform(-0.2, 0.2), c.y + Uniform(-0.2, 0.2));
+                return Shape(CircleContour(c, r, Uniform(0, kPi)),
+                             {CircleContour(hc, r * Uniform(0.3, 0.6), Uniform(0, kPi))});
+            }
+            default: {
+                kind = "frame";
+                const double x = Grid(0, 2), y = Grid(0, 2), w = Grid(1.5, 3), h = Grid(1.5, 3);
+                return Shape(RectContour(x, y, x + w, y + h),
+                             {RectContour(x + 0.5, y + 0.5, x + w - 0.5, y + h - 0.5)});
+            }
+        }
+    }
+};
 
 }  // namespace quillon::las_test

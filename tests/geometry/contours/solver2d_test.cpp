@@ -1,8 +1,5 @@
 #include "quillon/geometry/contours/solver2d.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numbers>
 
 #include "las_test_support.h"
@@ -10,11 +7,8 @@
 namespace quillon {
 namespace {
 
-using las_test::CircleContour;
-using las_test::Polygon;
-using las_test::RectContour;
+using namespace las_test;
 
-constexpr double kPi = std::numbers::pi;
 constexpr double kEps = 1e-6;
 
 bool Has(const std::vector<Point2>& pts, const Point2& p, double tol = 1e-9) {
@@ -41,52 +35,52 @@ TEST(Solver2dTest, EqualityAndAxisSnappedAngles) {
 TEST(Solver2dTest, SegmentContacts) {
     Solver2d s(kEps);
     std::vector<Point2> pts;
-    // Proper crossing.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {2, 2}), Sector2({0, 2}, {2, 0}), pts), 1);
-    EXPECT_TRUE(Has(pts, {1, 1}));
-    // A T-junction reports the touching end exactly; an end point within epsilon counts.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {4, 0}), Sector2({2, 0.5e-6}, {2, 3}), pts), 1);
-    EXPECT_EQ(pts[0].y, 0.5e-6);
-    // Collinear overlap: the overlap's two ends.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {4, 0}), Sector2({6, 0}, {1, 0}), pts), 2);
-    EXPECT_TRUE(Has(pts, {4, 0}));
-    EXPECT_TRUE(Has(pts, {1, 0}));
-    // Shared end only, and parallel or far apart: nothing else.
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({1, 0}, {2, 1}), pts), 1);
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({0, 1}, {1, 1}), pts), 0);
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({2, -1}, {2, 1}), pts), 0);
-    EXPECT_EQ(s.FindLineCrossPoint(Sector2({0, 0}, {1, 0}), Sector2({3, 0}, {5, 0}), pts), 0);
+    const Sector2 bar({0, 0}, {4, 0});
+    const struct {
+        Sector2 a, b;
+        std::vector<Point2> want;
+    } cases[] = {
+        {Sector2({0, 0}, {2, 2}), Sector2({0, 2}, {2, 0}), {{1, 1}}},  // a proper crossing
+        {bar, Sector2({2, 0.5e-6}, {2, 3}), {{2, 0.5e-6}}},  // a T-junction within epsilon: its end
+        {bar, Sector2({6, 0}, {1, 0}), {{4, 0}, {1, 0}}},    // collinear overlap: its two ends
+        {bar, Sector2({4, 0}, {5, 1}), {{4, 0}}},            // a shared end only
+        {bar, Sector2({0, 1}, {1, 1}), {}},                  // parallel
+        {bar, Sector2({5, -1}, {5, 1}), {}},                 // apart
+        {bar, Sector2({5, 0}, {7, 0}), {}},                  // collinear, apart
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(s.FindLineCrossPoint(c.a, c.b, pts), static_cast<int>(c.want.size()));
+        for (const Point2& p : c.want) EXPECT_TRUE(Has(pts, p)) << p.x << " " << p.y;
+    }
 }
 
 TEST(Solver2dTest, ArcContactsAndCircleCrossings) {
     Solver2d s(kEps);
     std::vector<Point2> pts;
     const Arc2 upper(Circle2({0, 0}, 1), 0.0, kPi);  // counter-clockwise over the top
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 0.5}, {2, 0.5}), upper, pts), 2);
-    EXPECT_TRUE(Has(pts, {std::sqrt(0.75), 0.5}));
-    EXPECT_TRUE(Has(pts, {-std::sqrt(0.75), 0.5}));
-    // Tangent, and tangent within epsilon: the foot point alone.
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 1}, {2, 1}), upper, pts), 1);
+    const double h = std::sqrt(0.75);
+    const auto line = [&](double y) {
+        return s.FindLineArcCrossPoint(Sector2({-2, y}, {2, y}), upper, pts);
+    };
+    EXPECT_EQ(line(0.5), 2);
+    EXPECT_TRUE(Has(pts, {h, 0.5}) && Has(pts, {-h, 0.5}));
+    EXPECT_EQ(line(1), 1);  // tangent, and tangent within epsilon: the foot point alone
     EXPECT_TRUE(Has(pts, {0, 1}));
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, 1 - 0.5e-6}, {2, 1 - 0.5e-6}), upper, pts), 1);
-    // The lower half of the circle is not on this arc.
-    EXPECT_EQ(s.FindLineArcCrossPoint(Sector2({-2, -0.5}, {2, -0.5}), upper, pts), 0);
-    // Co-circular arcs overlapping: the overlap's ends only.
-    const Arc2 right(Circle2({0, 0}, 1), -kPi / 2, kPi);
-    EXPECT_EQ(s.FindArcCrossPoint(upper, right, pts), 2);
+    EXPECT_EQ(line(1 - 0.5e-6), 1);
+    EXPECT_EQ(line(-0.5), 0);  // the lower half of the circle is not on this arc
+    // Co-circular arcs overlapping: the overlap's ends only; arcs of two circles crossing.
+    EXPECT_EQ(s.FindArcCrossPoint(upper, Arc2(Circle2({0, 0}, 1), -kPi / 2, kPi), pts), 2);
+    EXPECT_TRUE(Has(pts, {1, 0}) && Has(pts, {0, 1}));
+    EXPECT_EQ(s.FindArcCrossPoint(upper, Arc2(Circle2({1, 0}, 1), 0.0, 2 * kPi - 0.1), pts), 1);
+    EXPECT_TRUE(Has(pts, {0.5, h}));
+    const Circle2 unit({0, 0}, 1);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({1, 0}, 1), pts), 2);
+    EXPECT_NEAR(pts[0].y, h, 1e-12);  // left of the direction between the centres first
+    EXPECT_NEAR(pts[1].y, -h, 1e-12);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({2, 0}, 1), pts), 1);
     EXPECT_TRUE(Has(pts, {1, 0}));
-    EXPECT_TRUE(Has(pts, {0, 1}));
-    // Two circles crossing.
-    const Arc2 other(Circle2({1, 0}, 1), 0.0, 2 * kPi - 0.1);
-    EXPECT_EQ(s.FindArcCrossPoint(upper, other, pts), 1);
-    EXPECT_TRUE(Has(pts, {0.5, std::sqrt(0.75)}));
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({1, 0}, 1), pts), 2);
-    EXPECT_NEAR(pts[0].y, std::sqrt(0.75), 1e-12);  // left of the direction between the centres
-    EXPECT_NEAR(pts[1].y, -std::sqrt(0.75), 1e-12);
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({2, 0}, 1), pts), 1);
-    EXPECT_TRUE(Has(pts, {1, 0}));
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({0, 0}, 2), pts), 0);
-    EXPECT_EQ(s.FindCircleCrossPoint(Circle2({0, 0}, 1), Circle2({3, 0}, 1), pts), 0);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({0, 0}, 2), pts), 0);
+    EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({3, 0}, 1), pts), 0);
 }
 
 TEST(Solver2dTest, SplittingAndMiddle) {
@@ -152,17 +146,14 @@ TEST(Solver2dTest, RelationCodes) {
 
 TEST(Solver2dTest, PointsAndPiecesOnContours) {
     Solver2d s(kEps);
-    ProContourFactory f;
-    ProSolidContour* solid = f.CreateSolidContour();
-    solid->SetLAContour(RectContour(0, 0, 10, 10));
-    ProEmptyContour* hole = f.CreateEmptyContour();
-    hole->SetLAContour(CircleContour({5, 5}, 2));
-    solid->Attach(hole);
-    EXPECT_TRUE(s.IsPointInSolidContour({1, 1}, solid));
-    EXPECT_TRUE(s.IsPointInSolidContour({0, 5}, solid));    // on the outline
-    EXPECT_TRUE(s.IsPointInSolidContour({5, 7}, solid));    // on the hole's edge
-    EXPECT_FALSE(s.IsPointInSolidContour({5, 5}, solid));   // in the hole
-    EXPECT_FALSE(s.IsPointInSolidContour({11, 5}, solid));  // outside
+    const ShapePtr shape = MakeShape(RectContour(0, 0, 10, 10), {CircleContour({5, 5}, 2)});
+    const ProSolidContour* solid = shape->SolidChild(0);
+    const ProClosedContour* hole = solid->ClosedChild(0);
+    // Inside, on the outline, on the hole's edge: in the solid; in the hole or outside: not.
+    for (const Point2& p : {Point2(1, 1), Point2(0, 5), Point2(5, 7)})
+        EXPECT_TRUE(s.IsPointInSolidContour(p, solid));
+    for (const Point2& p : {Point2(5, 5), Point2(11, 5)})
+        EXPECT_FALSE(s.IsPointInSolidContour(p, solid));
     EXPECT_TRUE(s.IsLineOnContour(Sector2({2, 0}, {10, 0}), solid));
     EXPECT_TRUE(s.IsLineOnContour(Sector2({0, 3}, {0, 0}), solid));
     EXPECT_FALSE(s.IsLineOnContour(Sector2({2, 0}, {12, 0}), solid));
@@ -173,7 +164,6 @@ TEST(Solver2dTest, PointsAndPiecesOnContours) {
     EXPECT_EQ(s.GetSectorsInContour(nullptr, Sector2({0, 0}, {1, 0}), in), 0);
     EXPECT_TRUE(s.IsPointInContour({5, 5}, hole));
     EXPECT_FALSE(s.IsPointInContour({5, 7}, hole));
-    delete solid;
 }
 
 }  // namespace
