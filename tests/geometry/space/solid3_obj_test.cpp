@@ -105,37 +105,23 @@ TEST_F(Solid3Obj, WritesTheExactTextsAndOrders) {
     EXPECT_EQ(s.SavetoObj(static_cast<const wchar_t*>(nullptr)), 0);
 }
 
-// Random solids without holes: what is written reads back (to the printed precision).
-TEST_F(Solid3Obj, SeededRoundTripGivesBackVerticesFacesLoopsAndMaterials) {
+// Random solids without holes: what is read back writes the same two files again, and keeps the
+// face loops and edges.
+TEST_F(Solid3Obj, SeededRoundTripWritesTheSameFilesAgain) {
     std::mt19937 gen(3);
+    fs::create_directories(dir / "b");
     for (int round = 0; round < 30; ++round) {
         const Solid3 s = solid_test::RandomSolid(gen, false);
         ASSERT_EQ(s.SavetoObj(dir / "r.obj"), 1);
         Solid3 back;
         ASSERT_EQ(back.ImportFromObj(dir / "r.obj"), 1) << round;
-        ASSERT_EQ(back.Vertex().size(), s.Vertex().size());
-        for (std::size_t i = 0; i < s.Vertex().size(); ++i)
-            EXPECT_LT(back.Vertex()[i].point.distance(s.Vertex()[i].point), 1e-6);
-        EXPECT_EQ(back.Normal().size(), s.Normal().size());
-        EXPECT_EQ(back.Edge(), s.Edge());
+        ASSERT_EQ(back.SavetoObj(dir / "b" / "r.obj"), 1);
+        EXPECT_EQ(Read(dir / "b" / "r.obj"), Read(dir / "r.obj")) << round;
+        EXPECT_EQ(Read(dir / "b" / "r.mtl"), Read(dir / "r.mtl")) << round;
         ASSERT_EQ(back.Face().size(), s.Face().size());
-        for (std::size_t i = 0; i < s.Face().size(); ++i) {
-            const Face3 &a = s.Face()[i], &b = back.Face()[i];
-            EXPECT_EQ(b.loop, a.loop);
-            EXPECT_EQ(b.normalLoop, a.normalLoop);
-            EXPECT_EQ(b.textureLoop, a.textureLoop);
-            ASSERT_EQ(b.texture.size(), 1u);
-            EXPECT_LT(b.texture[0].distance(a.texture[0]), 1e-6);
-            EXPECT_EQ(b.material, a.material);
-        }
-        ASSERT_EQ(back.Material().size(), s.Material().size());
-        for (std::size_t i = 0; i < s.Material().size(); ++i) {
-            const Material3 &a = s.Material()[i], &b = back.Material()[i];
-            EXPECT_EQ(b.name, a.name);
-            EXPECT_NEAR(b.opacity, a.opacity, 1e-6);
-            EXPECT_LT((b.diffuse - a.diffuse).length(), 1e-6);
-            EXPECT_EQ(b.illum, a.illum);
-        }
+        for (std::size_t i = 0; i < s.Face().size(); ++i)
+            EXPECT_EQ(back.Face()[i].loop, s.Face()[i].loop);
+        EXPECT_EQ(back.Edge(), s.Edge());
     }
 }
 
