@@ -96,11 +96,10 @@ TEST(GeometricItem3Archive, DamagedRecordsFailWithTheirCause) {
 
     // Results nested past the bound fail before they can exhaust the stack.
     const auto nested = [](int levels) {
-        std::string s;
-        for (int i = 0; i < levels; ++i) s += Expect().i32({1, 1, 4}).bytes;
-        s += Expect().i32({1, 1, 0, 0}).bytes;
-        for (int i = 0; i < levels; ++i) s += Expect().i32({0}).bytes;
-        return s;
+        std::string s, tail;
+        for (int i = 0; i < levels; ++i, tail += Expect().i32({0}).bytes)
+            s += Expect().i32({1, 1, 4}).bytes;
+        return s + Expect().i32({1, 1, 0, 0}).bytes + tail;
     };
     EXPECT_EQ(Load(nested(BooleanResult3::kMaxLoadDepth), r), -1);
     EXPECT_EQ(Load(nested(BooleanResult3::kMaxLoadDepth + 1), r), ArchiveException::badSchema);

