@@ -6,16 +6,16 @@
 #include <cmath>
 #include <random>
 
-#include "item3_test_support.h"
 #include "quillon/geometry/space/geometric_item3.h"
+#include "space_test_support.h"
 
 namespace quillon {
 namespace {
 
-using item_test::Circle;
-using item_test::Polygon;
-using solid_test::Closed;
-using solid_test::Volume;
+using space_test::Circle;
+using space_test::Closed;
+using space_test::Polygon;
+using space_test::Volume;
 
 // The outline at height z0 extruded by h along z.
 Extrusion3 Prism(const LAContour& outline, double z0, double h) {
@@ -40,7 +40,7 @@ TEST(HalfSpace3, BoxOnTheSideOppositeTheNormal) {
     }
     std::mt19937 gen(7);
     for (int k = 0; k < 20; ++k) {
-        const Plane3 plane = item_test::RandomPlane(gen);
+        const Plane3 plane = space_test::RandomPlane(gen);
         const HalfSpace3 h(plane);
         const auto& v = h.GetSolid().Vertex();
         ASSERT_TRUE(Closed(h.GetSolid()));
@@ -58,12 +58,12 @@ TEST(HalfSpace3, BoxOnTheSideOppositeTheNormal) {
 TEST(Extrusion3, ClosedOutwardWithTheVolumeOfItsApproximationForEitherOrientationAndSide) {
     std::mt19937 gen(11);
     for (int k = 0; k < 150; ++k) {
-        const item_test::Outline o = item_test::RandomOutline(gen);
+        const space_test::Outline o = space_test::RandomOutline(gen);
         Extrusion3 e(1e-9);
-        e.SetLocalPlane(solid_test::RandomFrame(gen));
+        e.SetLocalPlane(space_test::RandomFrame(gen));
         e.SetOuterContour(o.outer);
         e.SetInnerContours(o.holes);
-        e.SetPath(item_test::RandomPath(gen, e.GetLocalPlane()));
+        e.SetPath(space_test::RandomPath(gen, e.GetLocalPlane()));
         ASSERT_TRUE(Closed(e.GetSolid())) << k;
         const double expected = o.area * std::fabs(e.GetPath() * e.GetLocalPlane().get_dir_z());
         EXPECT_NEAR(e.GetSolid().GetVolume(), expected, 1e-9 * expected) << k;
@@ -100,13 +100,13 @@ TEST(Extrusion3, DegenerateInputsAndLength) {
 TEST(BoundedHalfSpace3, PrismUnderTheOutlineOppositeTheNormal) {
     std::mt19937 gen(5);
     for (int k = 0; k < 60; ++k) {
-        const Plane3 plane = item_test::RandomPlane(gen);
-        BoundedHalfSpace3 b(plane, item_test::RandomOutline(gen).outer, 1e-9);
-        b.SetLocalPlane(solid_test::RandomFrame(gen));
+        const Plane3 plane = space_test::RandomPlane(gen);
+        BoundedHalfSpace3 b(plane, space_test::RandomOutline(gen).outer, 1e-9);
+        b.SetLocalPlane(space_test::RandomFrame(gen));
         ASSERT_TRUE(Closed(b.GetSolid())) << k;
         // The cross-section is the outline seen along the normal.
         const double facing = plane.normal().get_normalized() * b.GetLocalPlane().get_dir_z();
-        const double expected = item_test::ApproxArea(b.GetBound()) * std::fabs(facing) * 1000.0;
+        const double expected = space_test::ApproxArea(b.GetBound()) * std::fabs(facing) * 1000.0;
         EXPECT_NEAR(Volume(b.GetSolid()), expected, 1e-9 * expected) << k;
         for (const Vertex3d& v : b.GetSolid().Vertex()) {
             const double d = plane.signed_distance(v.point);
@@ -193,15 +193,15 @@ TEST(GeometricItem3, MovingTheItemMovesItsSolid) {
     std::mt19937 gen(3);
     for (int k = 0; k < 80; ++k) {
         // Every other item a computed boolean result.
-        std::unique_ptr<GeometricItem3> item = item_test::RandomItem(gen, 2);
+        std::unique_ptr<GeometricItem3> item = space_test::RandomItem(gen, 2);
         if (k % 2 == 0) {
             BooleanResult3 r;
             r.SetOperator(k % 4 == 0 ? BOOL_SUBTRACT : BOOL_UNION);
             r.SetFirstOperand(item.get());
-            r.SetSecondOperand(item_test::RandomItem(gen, 1).get());
+            r.SetSecondOperand(space_test::RandomItem(gen, 1).get());
             item.reset(r.Clone());
         }
-        const LocalPlane iso = solid_test::RandomFrame(gen);
+        const LocalPlane iso = space_test::RandomFrame(gen);
         const std::unique_ptr<GeometricItem3> moved(item->Clone());
         *moved <<= iso;
         Solid3 expected = item->GetSolid();
@@ -210,13 +210,13 @@ TEST(GeometricItem3, MovingTheItemMovesItsSolid) {
         // cut points agree only as far as its own rounding (about 1e-9 where faces meet at a
         // small angle): they are held to the boolean's tolerance.
         const bool boolean = item->GetTypeID() == GeometricItem3::BOOLEAN_RESULT3;
-        EXPECT_TRUE(item_test::Matches(moved->GetSolid(), expected,
-                                       boolean ? expected.GetEps() : 1e-9, !boolean))
+        EXPECT_TRUE(space_test::Matches(moved->GetSolid(), expected,
+                                        boolean ? expected.GetEps() : 1e-9, !boolean))
             << k << " kind " << item->GetTypeID();
         // Moved again after its solid was built: the solid moves with it.
         *moved <<= iso;
         expected <<= iso;
-        EXPECT_TRUE(item_test::Matches(moved->GetSolid(), expected, 1e-9, true)) << k;
+        EXPECT_TRUE(space_test::Matches(moved->GetSolid(), expected, 1e-9, true)) << k;
     }
 }
 

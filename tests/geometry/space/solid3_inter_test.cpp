@@ -10,13 +10,13 @@
 
 #include "quillon/geometry/space/solid3_inter.h"
 #include "quillon/geometry/space/space_types.h"
-#include "solid3_test_support.h"
+#include "space_test_support.h"
 
 namespace quillon {
 namespace {
 
-using solid_test::Closed;
-using solid_test::Volume;
+using space_test::Closed;
+using space_test::Volume;
 
 // The box [lo, hi] as a prism over its bottom face (outward).
 Solid3 Box(const Point3& lo, const Point3& hi, double eps = 1e-9) {
@@ -196,7 +196,7 @@ Solid3 RandomSolid(std::mt19937& gen, int kind, const LocalPlane& frame) {
                 ring.push_back(Point2(cx + 0.6 * std::cos(k * std::numbers::pi / 6),
                                       cy + 0.6 * std::sin(k * std::numbers::pi / 6)));
         } else {
-            ring = solid_test::Star(gen, 5 + cell(gen), cx, cy, 0.6, 1.0);
+            ring = space_test::Star(gen, 5 + cell(gen), cx, cy, 0.6, 1.0);
         }
         Mvector<Point3> base;
         const double z0 = coord();
@@ -204,7 +204,7 @@ Solid3 RandomSolid(std::mt19937& gen, int kind, const LocalPlane& frame) {
         Mmatrix<Point3> holes;
         if (kind == 2) {
             holes.emplace_back();
-            for (const Point2& p : solid_test::Star(gen, 4 + cell(gen), cx, cy, 0.15, 0.3))
+            for (const Point2& p : space_test::Star(gen, 4 + cell(gen), cx, cy, 0.15, 0.3))
                 holes.back().push_back(Point3(p.x, p.y, z0));
         }
         EXPECT_TRUE(s.GenCuboid(base, Vector3(0, 0, 0.5 + coord()), holes));
@@ -238,7 +238,7 @@ TEST(Solid3Inter, RandomPairsGiveClosedResultsThatAddUp) {
     int refused = 0;
     for (int round = 0; round < rounds; ++round) {
         LocalPlane frame;
-        if (round % 3 == 1) frame = solid_test::RandomFrame(gen);
+        if (round % 3 == 1) frame = space_test::RandomFrame(gen);
         const int ka = round % 2 == 0 ? 0 : round % 5, kb = round % 3 == 0 ? 0 : (round / 3) % 5;
         const Solid3 a = RandomSolid(gen, ka, frame), b = RandomSolid(gen, kb, frame);
         std::ostringstream label;

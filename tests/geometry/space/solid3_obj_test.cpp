@@ -9,7 +9,7 @@
 #include <string>
 
 #include "quillon/geometry/space/solid3.h"
-#include "tests/geometry/space/solid3_test_support.h"
+#include "tests/geometry/space/space_test_support.h"
 
 namespace quillon {
 namespace {
@@ -111,7 +111,7 @@ TEST_F(Solid3Obj, SeededRoundTripWritesTheSameFilesAgain) {
     std::mt19937 gen(3);
     fs::create_directories(dir / "b");
     for (int round = 0; round < 30; ++round) {
-        const Solid3 s = solid_test::RandomSolid(gen, false);
+        const Solid3 s = space_test::RandomSolid(gen, false);
         ASSERT_EQ(s.SavetoObj(dir / "r.obj"), 1);
         Solid3 back;
         ASSERT_EQ(back.ImportFromObj(dir / "r.obj"), 1) << round;
@@ -144,9 +144,9 @@ TEST_F(Solid3Obj, HoledFacesTravelAsTrianglesOfAClosedSolid) {
     ASSERT_EQ(back.ImportFromObj(wide.c_str()), 1);
     EXPECT_EQ(back.Vertex().size(), s.Vertex().size());
     EXPECT_GT(back.Face().size(), s.Face().size());
-    EXPECT_TRUE(solid_test::Closed(back));
+    EXPECT_TRUE(space_test::Closed(back));
     EXPECT_TRUE(back.GetClosed());
-    EXPECT_NEAR(solid_test::Volume(back), 22.0, 1e-9);
+    EXPECT_NEAR(space_test::Volume(back), 22.0, 1e-9);
 }
 
 TEST_F(Solid3Obj, ReadsWhatRealFilesHold) {

@@ -6,7 +6,6 @@
 
 #include "quillon/geometry/space/solid3.h"
 #include "quillon/geometry/space/tube3d.h"
-#include "solid3_test_support.h"
 #include "space_test_support.h"
 
 namespace quillon {
@@ -49,8 +48,8 @@ TEST(Tube3D, RandomTubesAreClosedOutwardWithTheGivenCounts) {
         ASSERT_EQ(t.points.size(), static_cast<std::size_t>(N * n + 2 * n));
         ASSERT_EQ(t.normals.size(), t.points.size());
         ASSERT_EQ(t.faces.size(), static_cast<std::size_t>((N - 1) * n + 2));
-        EXPECT_TRUE(solid_test::Closed(t.solid())) << i;
-        EXPECT_GT(solid_test::Volume(t.solid()), 0.0) << i;
+        EXPECT_TRUE(space_test::Closed(t.solid())) << i;
+        EXPECT_GT(space_test::Volume(t.solid()), 0.0) << i;
         for (int k = 0; k < N * n; ++k) {
             EXPECT_NEAR(t.points[k].distance(path[k / n]), d / 2, 1e-12);
             ExpectNear(t.normals[k], (t.points[k] - path[k / n]) / (d / 2), 1e-9);

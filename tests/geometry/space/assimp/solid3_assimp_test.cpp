@@ -10,7 +10,7 @@
 #include <string>
 
 #include "quillon/geometry/space/solid3.h"
-#include "tests/geometry/space/solid3_test_support.h"
+#include "tests/geometry/space/space_test_support.h"
 
 namespace quillon {
 namespace {
@@ -98,8 +98,8 @@ TEST_F(Solid3Assimp, HoledPrismOfTwoMaterialsOpensClosedWithBoth) {
     const Seen seen = Open(dir / "plate.obj");
     EXPECT_EQ(seen.mesh.Vertex().size(), s.Vertex().size());
     EXPECT_EQ(seen.mesh.Face().size(), sides + capTriangles);
-    EXPECT_TRUE(solid_test::Closed(seen.mesh));
-    EXPECT_NEAR(solid_test::Volume(seen.mesh), 2 * (24 - 2 - 1), 1e-9) << "outward";
+    EXPECT_TRUE(space_test::Closed(seen.mesh));
+    EXPECT_NEAR(space_test::Volume(seen.mesh), 2 * (24 - 2 - 1), 1e-9) << "outward";
     EXPECT_EQ(seen.facesByMaterial.at("steel"), sides);
     EXPECT_EQ(seen.facesByMaterial.at("glass"), capTriangles);
     EXPECT_FLOAT_EQ(seen.diffuse.at("steel").b, 0.75f);
