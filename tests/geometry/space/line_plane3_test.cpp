@@ -192,6 +192,8 @@ TEST(Sector3, ContainmentDistanceAndMeetingPoints) {
     ExpectNear(x, Point3(1, 0, 0));
     EXPECT_FALSE(s.intersection(Sector3(Point3(1, -1, 1e-6), Point3(1, 1, 1e-6))).second);
     EXPECT_TRUE(s.intersection(Sector3(Point3(1, -1, 1e-6), Point3(1, 1, 1e-6)), 1e-5).second);
+    EXPECT_FALSE(s.intersection(Sector3(Point3(1, -1, 1e-12), Point3(1, 1, 1e-12)), 0.0).second)
+        << "a tolerance of zero is taken as given";
     EXPECT_FALSE(s.intersection(Sector3(Point3(3, -1, 0), Point3(3, 1, 0))).second);
     const auto [touch, touches] = s.intersection(Sector3(Point3(2, 0, 0), Point3(5, 0, 0)));
     EXPECT_TRUE(touches);

@@ -88,7 +88,8 @@ TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
         ASSERT_EQ(cache->GetNodes().size(), nodes.size());
 
         // Range search and extents against a brute-force scan.
-        const Point3 a = point(), b = point();
+        // Corners on stored points: the range is inclusive.
+        const Point3 a = nodes[gen() % nodes.size()], b = nodes[gen() % nodes.size()];
         std::vector<std::size_t> got, want;
         Point3 lo = nodes[0], hi = nodes[0], clo, chi;
         for (std::size_t i = 0; i < nodes.size(); ++i) {
@@ -150,6 +151,15 @@ TEST(PointPool, AgreesWithAPlainScan) {
 // Box queries of the tree report what a plain scan of the boxes finds; a ray from outside a box
 // meets it when aimed at a point inside and misses it when aimed away.
 TEST(BoxTree, QueriesFindWhatAPlainScanFinds) {
+    // Boxes are closed: a ray along a face or through a corner only meets the box.
+    detail::Box3 cube;
+    cube.add(Point3());
+    cube.add(Point3(1, 1, 1));
+    const detail::BoxTree one(std::vector<detail::Box3>{cube});
+    std::vector<std::uint32_t> hits;
+    one.ray(Point3(2, 1, 0.5), Vector3(-1, 0, 0), hits);
+    one.ray(Point3(2, 2, 0), Vector3(-1, -1, 1), hits);
+    EXPECT_EQ(hits, (std::vector<std::uint32_t>{0, 0}));
     std::mt19937 gen(9);
     std::uniform_real_distribution<double> u(-5, 5), size(0, 1.5), unit(0, 1);
     const auto box = [&] {

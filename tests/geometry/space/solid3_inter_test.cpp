@@ -103,6 +103,7 @@ TEST(Solid3Inter, AFaceWhoseEdgeListDoesNotMatchItsLoopIsInconsistent) {
     const Solid3 a = Box({0, 0, 0}, {1, 1, 1});
     const Solid3 b = Box({0.5, 0.5, 0.5}, {2, 2, 2});
     Solid3Inter inter(a, b);
+    EXPECT_FALSE(inter.CutEdges(0)) << "neither operand";
     ASSERT_TRUE(inter.PrepareData() && inter.GenSecondaryData() && inter.CutEdges(1) &&
                 inter.CutEdges(2) && inter.SetEdgeVertexStatus() && inter.GenrateNewEdges() &&
                 inter.GenerateFaces());

@@ -168,6 +168,12 @@ TEST_F(Solid3Obj, ReadsWhatRealFilesHold) {
               (Loop{0, 3, 1}));
     EXPECT_FALSE(s.GetClosed());
     EXPECT_EQ(s.Edge().size(), 5u);
+    // Closed is judged from the loops: a tetrahedron is, one quadrilateral is not.
+    const std::string four = "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 1\n";
+    ASSERT_EQ(s.ImportFromObj(Write("t.obj", four + "f 1 3 2\nf 1 2 4\nf 2 3 4\nf 3 1 4\n")), 1);
+    EXPECT_TRUE(s.GetClosed());
+    ASSERT_EQ(s.ImportFromObj(Write("q.obj", four + "f 1 2 3 4\n")), 1);
+    EXPECT_FALSE(s.GetClosed());
 }
 
 TEST_F(Solid3Obj, MalformedOrTruncatedFilesGiveZeroAndLeaveTheSolidAsItWas) {

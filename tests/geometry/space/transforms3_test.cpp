@@ -278,7 +278,7 @@ TEST(LocalPlane, MovesAndCompositions) {
         h >>= g;
         ExpectNear(p * h * g, p * f);
         h <<= g;
-        EXPECT_TRUE(h.equal(f, 1e-12));
+        EXPECT_TRUE(h.equal(f, 1e-12) && !h.equal(g, 1e-12));
         ExpectNear(p * f * f.inverse(), p);
     }
     LocalPlane undefined;
