@@ -215,7 +215,7 @@ Arc3::Hits Arc3::Intersection(const Arc3& o, bool exclusive) const {
     }
     const double d = c2.pnt_xy().distance();
     const double r1 = radius, r2 = o.radius;
-    if (d <= tol) {
+    if (d <= tol) {  // mutate: off (exactly at the tolerance)
         if (std::fabs(r1 - r2) > tol) return found.hits();  // concentric circles never meet
         for (const Point3* p : {&beg, &end, &o.beg, &o.end}) keep(*p);
         return found.hits();

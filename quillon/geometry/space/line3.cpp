@@ -33,7 +33,7 @@ bool Line3::is_line() const {
     if (state == 0) {
         len2 = dir * dir;
         const double e = get_tol();
-        state = e * e > len2 || std::isnan(len2) ? -1 : 1;
+        state = e * e > len2 || std::isnan(len2) ? -1 : 1;  // mutate: off (at the tolerance)
     }
     return state > 0;
 }

@@ -119,6 +119,7 @@ TEST(Line3, PlaneCutsAndProjections) {
     Line2 xy;
     ASSERT_TRUE(slant.get_xy(xy));
     EXPECT_EQ(xy.side(Point2(5, 1)), 0);
+    EXPECT_TRUE(slant.get_xz(xy));
     EXPECT_FALSE(Line3(Point3(), Vector3(0, 0, 1)).get_xy(xy)) << "perpendicular to z = 0";
 
     // The line's own tolerance decides its validity, lazily.

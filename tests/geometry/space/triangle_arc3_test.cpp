@@ -88,7 +88,7 @@ struct RandomArc {
         r = rnd(0.5, 3.0);
         sweep = rnd(0.3, 2 * kPi - 0.3);
         const double m = rnd(0.1, 0.9) * sweep;
-        arc.Set(at(0), at(m), at(sweep));
+        EXPECT_TRUE(arc.Set(at(0), at(m), at(sweep)));
     }
     Point3 at(double a, double dr = 0.0, double z = 0.0) const {
         return Point3((r + dr) * std::cos(a), (r + dr) * std::sin(a), z) * frame;
@@ -133,8 +133,11 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
         ExpectNear(slo, lo, 1e-5);
         ExpectNear(shi, hi, 1e-5);
     }
-    Arc3 line(Point3(0, 0, 0), Point3(1, 1, 1), Point3(2, 2, 2));
-    EXPECT_FALSE(line.IsArc());
+    Arc3 line;
+    EXPECT_FALSE(line.Set(Point3(0, 0, 0), Point3(1, 1, 1), Point3(2, 2, 2)) || line.IsArc() ||
+                 line.Contains(Point3(1, 1, 1)));
+    EXPECT_EQ(
+        Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).Intersection(Plane3()).second, 0);
     EXPECT_EQ(line.GetBetweenOff(Point3(1, 1, 1)), 0.0);
     EXPECT_EQ(line.Intersection(Plane3(Point3(), Vector3(1, 0, 0))).second, 0);
     ExpectNear(line.GetBetween(0.5), Point3(0, 0, 0), 0.0);  // no arc: its begin
