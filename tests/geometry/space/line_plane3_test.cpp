@@ -126,6 +126,7 @@ TEST(Line3, PlaneCutsAndProjections) {
     Line3 l(Point3(), Vector3(3, 4, 0), 1e-3);
     l.set_normalize();
     ExpectNear(l.direction(), Vector3(0.6, 0.8, 0));
+    ExpectNear(l.projection(Point3(1.4, 0.2, 0)).first, Point3(0.6, 0.8, 0));
     l.set(Point3(), Vector3(0, 0, 9e-4));
     EXPECT_EQ(l.state, 0);
     EXPECT_FALSE(l.is_line()) << "shorter than the line's own tolerance";

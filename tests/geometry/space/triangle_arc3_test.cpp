@@ -136,6 +136,7 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
     Arc3 line;
     EXPECT_FALSE(line.Set(Point3(0, 0, 0), Point3(1, 1, 1), Point3(2, 2, 2)) || line.IsArc() ||
                  line.Contains(Point3(1, 1, 1)));
+    EXPECT_EQ(line.GetRadius() + line.GetSweep(), 0.0);
     EXPECT_EQ(
         Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).Intersection(Plane3()).second, 0);
     EXPECT_EQ(line.GetBetweenOff(Point3(1, 1, 1)), 0.0);
