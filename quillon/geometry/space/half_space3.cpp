@@ -25,8 +25,8 @@ Plane3 Moved(const Plane3& p, const Matrix4x3& m) {
 }
 
 bool IsIdentity(const Matrix4x3& m) {
-    for (short r = 0; r < 4; ++r) {
-        for (short c = 0; c < 3; ++c) {
+    for (short r = 0; r < 4; ++r) {      // mutate: off (a shortcut: a wider scan only skips it)
+        for (short c = 0; c < 3; ++c) {  // mutate: off (a shortcut: a wider scan only skips it)
             if (m[r][c] != (r == c ? 1.0 : 0.0)) return false;  // mutate: off (a shortcut)
         }
     }
@@ -52,7 +52,7 @@ const Solid3& HalfSpace3::GetSolid() const {
     n.normalize();
     n *= kItemModelSize;
     Vector3 u = n % Vector3::_Oz;
-    if (u.length() < kItemAxisEps) u = n % Vector3::_Ox;
+    if (u.length() < kItemAxisEps) u = n % Vector3::_Ox;  // mutate: off (at the tolerance)
     Vector3 v = n % u;
     u = u.normalize() * kItemModelSize;
     v = v.normalize() * kItemModelSize;
@@ -113,7 +113,7 @@ const Solid3& BoundedHalfSpace3::GetSolid() const {
     if (!plane.get(&n, static_cast<Point3*>(nullptr))) return solid;
     n.normalize();
     const double facing = n * frame.get_dir_z();
-    if (!(std::fabs(facing) >= kItemAxisEps)) return solid;
+    if (!(std::fabs(facing) >= kItemAxisEps)) return solid;  // mutate: off (at the tolerance)
     const detail::ContourRing ring = detail::ApproximateRing(bound);
     if (ring.degenerate()) return solid;
     // GenCuboid orders the ring so that it turns counter-clockwise seen from the sweep's side.

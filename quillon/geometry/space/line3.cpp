@@ -33,7 +33,7 @@ bool Line3::is_line() const {
     if (state == 0) {
         len2 = dir * dir;
         const double e = get_tol();
-        state = e * e > len2 || std::isnan(len2) ? -1 : 1;
+        state = e * e > len2 || std::isnan(len2) ? -1 : 1;  // mutate: off (at the tolerance)
     }
     return state > 0;
 }
@@ -47,7 +47,7 @@ double Line3::denom_s() const {
     if (!is_line()) return 0.0;
     if (!root_known) {
         len = std::sqrt(len2);
-        root_known = true;
+        root_known = true;  // mutate: off (a cache flag: the root taken again is the same)
     }
     return len;
 }
@@ -119,8 +119,8 @@ std::pair<Point3, bool> Line3::projection(const Point3& p) const {
 
 bool Line3::is_parallel_to(const Plane3& pl, double e) const {
     if (e < 0.0) e = eps;
+    // A zero direction or normal makes both sides zero below: not parallel.
     const double l2 = denom_2(), n2 = pl.denom_2();
-    if (l2 == 0.0 || n2 == 0.0) return false;
     const double dn = dir * pl.normal();
     return e * e * l2 * n2 > dn * dn;
 }

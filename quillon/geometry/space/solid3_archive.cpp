@@ -17,7 +17,7 @@ constexpr std::uint32_t kReserveStep = 4096;  // mutate: off (capacity only)
 
 template <typename T, typename ReadOne>
 void LoadList(Archive& ar, Mvector<T>& out, ReadOne readOne) {
-    std::uint32_t n = 0;
+    std::uint32_t n = 0;  // mutate: off (read at once; a failed read throws)
     ar >> n;
     Mvector<T> list;
     list.reserve(std::min(n, kReserveStep));

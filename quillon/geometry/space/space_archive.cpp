@@ -13,7 +13,7 @@ Archive& StoreTriple(Archive& ar, const T& p) {
 
 template <typename T>
 Archive& LoadTriple(Archive& ar, T& p) {
-    double x = 0.0, y = 0.0, z = 0.0;
+    double x = 0.0, y = 0.0, z = 0.0;  // mutate: off (read at once; a failed read throws)
     ar >> x >> y >> z;
     p.x = x;
     p.y = y;

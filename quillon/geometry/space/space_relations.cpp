@@ -35,7 +35,7 @@ bool Collinear(const Point3* pts, std::size_t n, double e) {
             far = i;
         }
     }
-    for (std::size_t i = 1; i < n; ++i) {
+    for (std::size_t i = 1; i < n; ++i) {  // mutate: off (from 0: pts[0] is on its own line)
         if (!Collinear(pts[0], pts[far], pts[i], e)) return false;
     }
     return true;

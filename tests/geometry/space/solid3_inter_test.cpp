@@ -10,13 +10,13 @@
 
 #include "quillon/geometry/space/solid3_inter.h"
 #include "quillon/geometry/space/space_types.h"
-#include "solid3_test_support.h"
+#include "space_test_support.h"
 
 namespace quillon {
 namespace {
 
-using solid_test::Closed;
-using solid_test::Volume;
+using space_test::Closed;
+using space_test::Volume;
 
 // The box [lo, hi] as a prism over its bottom face (outward).
 Solid3 Box(const Point3& lo, const Point3& hi, double eps = 1e-9) {
@@ -47,15 +47,25 @@ Outcome Boolean(const Solid3& a, const Solid3& b, EBOOL_OPER op) {
     return o;
 }
 
-TEST(Solid3Inter, CubesSharingAFaceSubtractToTheFirstCube) {
-    const Solid3 a = Box({0, 0, 0}, {1, 1, 1});
-    const Solid3 b = Box({1, 0, 0}, {2, 1, 1});
-    Solid3Inter inter(a, b);
-    ASSERT_TRUE(inter.MakeInterData());
-    int opposite = 0;
-    for (const Face3Inter& f : inter.Faces())
-        if (f.alive && f.status == STATUS_OPPOSITE_TWIN) ++opposite;
+// The shared face of two cubes side by side is an opposite twin in each; a taller box on a cube's
+// base shares faces with it the same way round. Subtraction leaves the first cube, union one block.
+TEST(Solid3Inter, CubesSharingFacesAreTwinsAndCombineCleanly) {
+    const Solid3 a = Box({0, 0, 0}, {1, 1, 1}), b = Box({1, 0, 0}, {2, 1, 1});
+    Solid3Inter beside(a, b), onBase(a, Box({0, 0, 0}, {1, 1, 2}));
+    int opposite = 0, same = 0;
+    for (auto* inter : {&beside, &onBase}) {
+        ASSERT_TRUE(inter->MakeInterData());
+        for (std::size_t i = 0; i < inter->Faces().size(); ++i) {
+            const Face3Inter& f = inter->Faces()[i];
+            if (!f.alive || !f.hasTwin()) continue;
+            E_STATUS st;
+            ASSERT_TRUE(inter->AreTwinFaces(i, f.twin, st));
+            EXPECT_EQ(st, f.status);
+            (st == STATUS_OPPOSITE_TWIN ? opposite : same) += 1;
+        }
+    }
     EXPECT_EQ(opposite, 2) << "the shared face, once in each cube";
+    EXPECT_GE(same, 2);
 
     Solid3 r;
     int bits = -1;
@@ -64,13 +74,9 @@ TEST(Solid3Inter, CubesSharingAFaceSubtractToTheFirstCube) {
     EXPECT_TRUE(Closed(r));
     EXPECT_NEAR(Volume(r), 1.0, 1e-12);
     EXPECT_EQ(r.Face().size(), 6u);
-}
-
-TEST(Solid3Inter, TouchingCubesUniteIntoOneClosedBlock) {
-    const Outcome u = Boolean(Box({0, 0, 0}, {1, 1, 1}), Box({1, 0, 0}, {2, 1, 1}), BOOL_UNION);
+    const Outcome u = Boolean(a, b, BOOL_UNION);
     ASSERT_TRUE(u.ok);
-    EXPECT_TRUE(Closed(u.solid));
-    EXPECT_TRUE(u.solid.GetClosed());
+    EXPECT_TRUE(Closed(u.solid) && u.solid.GetClosed());
     EXPECT_NEAR(Volume(u.solid), 2.0, 1e-12);
     for (const Face3& f : u.solid.Face()) {
         bool between = true;
@@ -97,6 +103,7 @@ TEST(Solid3Inter, AFaceWhoseEdgeListDoesNotMatchItsLoopIsInconsistent) {
     const Solid3 a = Box({0, 0, 0}, {1, 1, 1});
     const Solid3 b = Box({0.5, 0.5, 0.5}, {2, 2, 2});
     Solid3Inter inter(a, b);
+    EXPECT_FALSE(inter.CutEdges(0)) << "neither operand";
     ASSERT_TRUE(inter.PrepareData() && inter.GenSecondaryData() && inter.CutEdges(1) &&
                 inter.CutEdges(2) && inter.SetEdgeVertexStatus() && inter.GenrateNewEdges() &&
                 inter.GenerateFaces());
@@ -129,28 +136,6 @@ TEST(Solid3Inter, FacesKeepTheirMaterialsByName) {
     }
 }
 
-TEST(Solid3Inter, TwinFacesByNormalsAndCorners) {
-    // The bottom of an upper box on the top of a lower one: opposite twins; two boxes on one base:
-    // their bottoms are same twins.
-    const Solid3 cube = Box({0, 0, 0}, {1, 1, 1});
-    Solid3Inter stacked(cube, Box({0, 0, 1}, {1, 1, 2}));
-    ASSERT_TRUE(stacked.MakeInterData());
-    Solid3Inter side(cube, Box({0, 0, 0}, {1, 1, 2}));
-    ASSERT_TRUE(side.MakeInterData());
-    int opposite = 0, same = 0;
-    for (const auto* inter : {&stacked, &side})
-        for (std::size_t i = 0; i < inter->Faces().size(); ++i) {
-            const Face3Inter& f = inter->Faces()[i];
-            if (!f.alive || !f.hasTwin()) continue;
-            E_STATUS st;
-            ASSERT_TRUE(inter->AreTwinFaces(i, f.twin, st));
-            EXPECT_EQ(st, f.status);
-            (st == STATUS_OPPOSITE_TWIN ? opposite : same) += 1;
-        }
-    EXPECT_EQ(opposite, 2);
-    EXPECT_GE(same, 2);
-}
-
 TEST(Solid3Inter, SubtractionCountsAndChecksBoxes) {
     const long before = BoolSubstractCalls();
     const Solid3 plate = Box({0, 0, 0}, {10, 6, 1});
@@ -158,9 +143,7 @@ TEST(Solid3Inter, SubtractionCountsAndChecksBoxes) {
     SetBoolSubstractChecking(true);
     EXPECT_TRUE(GetBoolSubstractChecking());
     Solid3 r;
-    int bits = -1;
-    EXPECT_TRUE(BoolSubstract(plate, slot, r, &bits));
-    EXPECT_EQ(bits, 0);
+    EXPECT_TRUE(BoolSubstract(plate, slot, r, nullptr));
     EXPECT_NEAR(Volume(r), 48.0, 1e-9);
     SetBoolSubstractChecking(false);
     EXPECT_EQ(BoolSubstractCalls(), before + 1);
@@ -214,7 +197,7 @@ Solid3 RandomSolid(std::mt19937& gen, int kind, const LocalPlane& frame) {
                 ring.push_back(Point2(cx + 0.6 * std::cos(k * std::numbers::pi / 6),
                                       cy + 0.6 * std::sin(k * std::numbers::pi / 6)));
         } else {
-            ring = solid_test::Star(gen, 5 + cell(gen), cx, cy, 0.6, 1.0);
+            ring = space_test::Star(gen, 5 + cell(gen), cx, cy, 0.6, 1.0);
         }
         Mvector<Point3> base;
         const double z0 = coord();
@@ -222,7 +205,7 @@ Solid3 RandomSolid(std::mt19937& gen, int kind, const LocalPlane& frame) {
         Mmatrix<Point3> holes;
         if (kind == 2) {
             holes.emplace_back();
-            for (const Point2& p : solid_test::Star(gen, 4 + cell(gen), cx, cy, 0.15, 0.3))
+            for (const Point2& p : space_test::Star(gen, 4 + cell(gen), cx, cy, 0.15, 0.3))
                 holes.back().push_back(Point3(p.x, p.y, z0));
         }
         EXPECT_TRUE(s.GenCuboid(base, Vector3(0, 0, 0.5 + coord()), holes));
@@ -256,7 +239,7 @@ TEST(Solid3Inter, RandomPairsGiveClosedResultsThatAddUp) {
     int refused = 0;
     for (int round = 0; round < rounds; ++round) {
         LocalPlane frame;
-        if (round % 3 == 1) frame = solid_test::RandomFrame(gen);
+        if (round % 3 == 1) frame = space_test::RandomFrame(gen);
         const int ka = round % 2 == 0 ? 0 : round % 5, kb = round % 3 == 0 ? 0 : (round / 3) % 5;
         const Solid3 a = RandomSolid(gen, ka, frame), b = RandomSolid(gen, kb, frame);
         std::ostringstream label;
@@ -286,10 +269,7 @@ TEST(Solid3Inter, AHoleOfThreeCornersStaysAHole) {
 
 TEST(Solid3Inter, IdenticalAndNestedSolids) {
     const Solid3 a = Box({0, 0, 0}, {2, 2, 2});
-    const Solid3 same = Box({0, 0, 0}, {2, 2, 2});
-    EXPECT_NEAR(Volume(Boolean(a, same, BOOL_UNION).solid), 8.0, 1e-12);
-    EXPECT_NEAR(Volume(Boolean(a, same, BOOL_INTERSECT).solid), 8.0, 1e-12);
-    const Outcome none = Boolean(a, same, BOOL_SUBTRACT);
+    const Outcome none = Boolean(a, Box({0, 0, 0}, {2, 2, 2}), BOOL_SUBTRACT);
     ASSERT_TRUE(none.ok);
     EXPECT_TRUE(none.solid.Face().empty());
     // A cavity: the result has an outer and an inner surface.

