@@ -7,7 +7,7 @@ namespace quillon::las_index {
 
 void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     ext = extent.Empty() ? Box{0.0, 0.0, 1.0, 1.0} : extent;  // mutate: off (any extent indexes)
-    double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;
+    double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;          // mutate: off (cell size only)
     if (!std::isfinite(w) || !std::isfinite(h)) {  // mutate: off (one cell: slower, same answers)
         // Unbounded input: one cell holds everything (slow but exact).
         ext = Box{0.0, 0.0, 1.0, 1.0};
@@ -37,7 +37,7 @@ void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     packedStart.clear();
     packedItems.clear();
     stamp.clear();
-    query = 0;
+    query = 0;  // mutate: off (any start: the stamps were just cleared)
 }
 
 void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, double itemSize) {

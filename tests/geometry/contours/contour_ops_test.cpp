@@ -37,6 +37,22 @@ TEST(ContourOps, SolveElementsNestsFacesAndKeepsTheOvershoots) {
     const SolvedShape split = SolveElements(twoFaces, 1e-6);
     EXPECT_EQ(split.faces, 2u);
     EXPECT_NEAR(AreaOf(split.shape), 2.0, 1e-12);
+    // Two halves of one circle share their ends and centre but turn opposite ways: a disc, not
+    // one arc drawn twice.
+    const SolvedShape disc = SolveElements(
+        {L::MakeArc({1, 0}, {-1, 0}, {0, 0}, kPi), L::MakeArc({1, 0}, {-1, 0}, {0, 0}, -kPi)},
+        1e-6);
+    EXPECT_NEAR(AreaOf(disc.shape), kPi, 1e-9);
+}
+
+// Far from the origin the contact search must still reach a neighbour that only touches: a strip
+// against the side of a square ten million units out joins it.
+TEST(ContourOps, ContactsAreFoundFarFromTheOrigin) {
+    const double x = 1e7;
+    const ShapePtr u = ShapeUnion(*MakeShape(RectContour(x, 0, x + 1, 1)),
+                                  *MakeShape(RectContour(x + 1, 0.25, x + 2, 0.75)), eps);
+    EXPECT_EQ(u->ChildrenCount(), 1u);
+    EXPECT_NEAR(AreaOf(u), 1.5, 1e-6);
 }
 
 // The area identities of the booleans are checked on 1100 seeded pairs (las_property_test); here

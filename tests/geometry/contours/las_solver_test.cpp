@@ -284,6 +284,7 @@ TEST_F(LasSolverTest, ListUnionNormalizeAndSet) {
     LAS_Solver s(kEps);
     EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{}, &f), nullptr);
     EXPECT_EQ(s.MergeBaseContour(0), 0);  // no base contours yet
+    EXPECT_EQ(LAS_Contour(&s).Merge(nullptr), nullptr);  // no neighbour: nothing to merge
     EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{a.get()}, &f), a.get());  // not a copy
     // Normalize resolves a solid drawn as two overlapping loops given as one shape.
     const Owned twice = MakeShape(RectContour(0, 0, 2, 2));
@@ -293,9 +294,10 @@ TEST_F(LasSolverTest, ListUnionNormalizeAndSet) {
     EXPECT_EQ(norm->ChildrenCount(), 1u);
     // Set nests plain contours by containment, levels alternating solid, hole, solid.
     std::vector<ProClosedContour*> loops;
-    // Inner ones first: each new contour adopts those already placed inside it.
-    for (const LAContour& loop : {RectContour(4, 4, 6, 6), RectContour(20, 0, 21, 1),
-                                  RectContour(2, 2, 8, 8), RectContour(0, 0, 10, 10)})
+    // A new contour goes down into the one holding it, or adopts every one placed inside it so
+    // far (here the first one placed, which must become a hole).
+    for (const LAContour& loop : {RectContour(2, 2, 8, 8), RectContour(20, 0, 21, 1),
+                                  RectContour(4, 4, 6, 6), RectContour(0, 0, 10, 10)})
         loops.push_back(new ProClosedContour(loop));
     LAS_Solver t(kEps);
     const Owned set(t.Set(loops, &f, true));

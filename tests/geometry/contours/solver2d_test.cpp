@@ -73,6 +73,10 @@ TEST(Solver2dTest, ArcContactsAndCircleCrossings) {
     EXPECT_TRUE(Has(pts, {1, 0}) && Has(pts, {0, 1}));
     EXPECT_EQ(s.FindArcCrossPoint(upper, Arc2(Circle2({1, 0}, 1), 0.0, 2 * kPi - 0.1), pts), 1);
     EXPECT_TRUE(Has(pts, {0.5, h}));
+    // Circles apart by less than epsilon touch once, although they cross 3e-4 off the axis.
+    EXPECT_EQ(s.FindArcCrossPoint(upper, Arc2(Circle2({2 - 1e-7, 0}, 1), 0.1, 2 * kPi - 0.2), pts),
+              1);
+    EXPECT_TRUE(Has(pts, {1, 0}, 1e-7));
     const Circle2 unit({0, 0}, 1);
     EXPECT_EQ(s.FindCircleCrossPoint(unit, Circle2({1, 0}, 1), pts), 2);
     EXPECT_NEAR(pts[0].y, h, 1e-12);  // left of the direction between the centres first
