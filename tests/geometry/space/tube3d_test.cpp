@@ -121,6 +121,7 @@ TEST(RotationText, GetRebuildsWhatSetWrote) {
     LocalPlane turned;
     BRNF_SetRotation(turned.rotate(Rotate3_Z(0.4)), axes, angles);
     EXPECT_EQ(std::wstring(axes), L"z");
+    EXPECT_EQ(axes[2], L'x');  // left from "zyx": nothing is written past the terminator
     EXPECT_NEAR(angles.z, 0.4, 1e-15);
     BRNF_SetRotation(turned.identity().rotate(Rotate3_X(0.3)), axes, angles);
     EXPECT_EQ(std::wstring(axes), L"x");
