@@ -85,6 +85,16 @@ TEST(ContourHealTest, GapsBeyondToleranceAreClosedAndDegenerateArcsResolved) {
     EXPECT_EQ(lc[0].centre.x, 0.0);
     EXPECT_EQ(lc[1].centre.x, 1.5);
     EXPECT_NEAR(lc[1].rad_arc(), 1.0, 1e-6);
+    // An arc meeting an arc of a circle its own circle does not reach is rebuilt through both
+    // points: no straight edge, and the next start stays.
+    c.clear();
+    c.push_back(LAEdge(Point2(1, 0), Point2(0, 0), kPi / 2));
+    c.push_back(LAEdge(Point2(0, 1 + 2e-6), Point2(0, 2 + 2e-6), -kPi / 2));
+    c.push_back(LAEdge(c[1].end_arc()));
+    EXPECT_EQ(HealLAContour(c, 1e-7, 1e-5), 1);
+    ASSERT_EQ(c.size(), 3u);
+    EXPECT_EQ(c[1].start.y, 1 + 2e-6);
+    EXPECT_LE(c[0].end_arc().distance(c[1].start), 1e-7);
     // Consistent contours are left alone.
     LAContour disc = CircleContour(Point2(1, 2), 3, 0.4);
     const LAContour copy = disc;
