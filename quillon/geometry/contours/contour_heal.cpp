@@ -90,8 +90,8 @@ public:
             touched[(i + n - 1) % n] = true;
         }
         // Twice round: an arc's new start, set by the edge before, is taken in on the second.
-        for (int pass = 0; pass < 2; ++pass)
-            for (std::size_t i = 0; i < n; ++i) FixEnd(i, pass == 1);
+        for (const bool last : {false, true})
+            for (std::size_t i = 0; i < n; ++i) FixEnd(i, last);
         int changed = static_cast<int>(std::count(touched.begin(), touched.end(), true));
         for (std::size_t k = inserts.size(); k-- > 0;) {
             c.insert(c.begin() + static_cast<std::ptrdiff_t>(inserts[k].first) + 1,
