@@ -82,12 +82,13 @@ public:
         // rounded radius and angle, so the edge starts where the arc starts.
         for (std::size_t i = 0; i < n && n > 1; ++i) {
             const LAEdge& e = c[i];
-            LAEdge& before = c[(i + n - 1) % n];
+            const std::size_t b = (i + n - 1) % n;
+            LAEdge& before = c[b];
             if (e.type != 1 || before.type == 1 || !Usable(e) || !Usable(before)) continue;
             const double gap = before.start.distance(e.start);
             if (gap <= eps || gap > tol) continue;
             before.start = e.start;
-            touched[(i + n - 1) % n] = true;
+            touched[b] = true;
         }
         // Twice round: an arc's new start, set by the edge before, is taken in on the second.
         for (const bool last : {false, true})
@@ -169,7 +170,7 @@ private:
     // its circle; an arc whose two ends then meet becomes a full turn or, if it swept less than
     // half a turn, a straight edge. False (nothing changed) when the sweep would change sense.
     bool Turn(LAEdge& e, const Point2& target) const {
-        if (e.start.distance(target) <= eps) {
+        if (e.start.distance(target) <= eps) {  // mutate: off (at exactly eps)
             e = std::fabs(e.angle) > kPi
                     ? LAEdge(e.start, e.centre, e.angle > 0.0 ? kTwoPi : -kTwoPi)
                     : LAEdge(e.start);
