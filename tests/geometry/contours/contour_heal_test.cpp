@@ -54,6 +54,11 @@ TEST(ContourHealTest, GapsBeyondToleranceAreClosedAndDegenerateArcsResolved) {
     EXPECT_EQ(c[1].centre.x, 0.0004);
     EXPECT_LE(c[1].end_arc().distance(c[2].start), 1e-12);
     EXPECT_LE(c[2].start.distance(Point2(0, 1)), 1e-3);
+    c = Polygon({{0, 0}, {0.5, 0}, {0, 0.5}});  // and so for a radius below 1
+    c[1] = LAEdge(Point2(0.5, 0), Point2(0.0002, -0.00015), 1.5707);
+    EXPECT_EQ(HealLAContour(c, 1e-7, 1e-3), 2);
+    EXPECT_EQ(c[1].centre.x, 0.0002);
+    EXPECT_LE(c[1].end_arc().distance(c[2].start), 1e-12);
     // A short straight edge before an arc is of zero length again, and the arc before it ends
     // there: the solver's closing edge after six-decimal text.
     c = CircleContour(Point2(0, 0), 1);
