@@ -199,7 +199,8 @@ int HealLAContour(LAContour& contour, double eps, double tolerance) {
 
 int HealComplexContour(ProComplexContour& shape, double eps, double tolerance) {
     int changed = 0;
-    for (unsigned long i = 0; i < shape.ChildrenCount(); ++i) {
+    for (unsigned long i = 0; i < shape.ChildrenCount();
+         ++i) {  // mutate: off (a child past the end is null)
         ProSolidContour* s = shape.SolidChild(i);
         if (s == nullptr) continue;
         changed += HealLAContour(s->GetLAContour(), eps, tolerance);
