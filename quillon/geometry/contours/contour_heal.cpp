@@ -199,12 +199,11 @@ int HealLAContour(LAContour& contour, double eps, double tolerance) {
 
 int HealComplexContour(ProComplexContour& shape, double eps, double tolerance) {
     int changed = 0;
-    for (unsigned long i = 0; i < shape.ChildrenCount();
-         ++i) {  // mutate: off (a child past the end is null)
+    for (unsigned long i = 0; i < shape.ChildrenCount(); ++i) {  // mutate: off (null past end)
         ProSolidContour* s = shape.SolidChild(i);
         if (s == nullptr) continue;
         changed += HealLAContour(s->GetLAContour(), eps, tolerance);
-        for (unsigned long j = 0; j < s->ChildrenCount(); ++j)
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j)  // mutate: off (null past end)
             if (ProClosedContour* h = s->ClosedChild(j))
                 changed += HealLAContour(h->GetLAContour(), eps, tolerance);
     }
