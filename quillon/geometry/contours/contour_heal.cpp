@@ -22,8 +22,7 @@ bool Rebuild(const LAEdge& e, const Point2& from, const Point2& to, double eps, 
     const double chord = d.length();
     if (chord <= eps) {
         if (std::fabs(e.angle) > kPi) {
-            const double turn = e.angle > 0.0 ? kTwoPi : -kTwoPi;  // mutate: off (|angle| > pi)
-            out = LAEdge(from, e.centre, turn);
+            out = LAEdge(from, e.centre, std::copysign(kTwoPi, e.angle));
         } else {
             out = LAEdge(from);
         }
@@ -171,15 +170,14 @@ private:
     // half a turn, a straight edge. False (nothing changed) when the sweep would change sense.
     bool Turn(LAEdge& e, const Point2& target) const {
         if (e.start.distance(target) <= eps) {  // mutate: off (at exactly eps)
-            e = std::fabs(e.angle) > kPi
-                    ? LAEdge(e.start, e.centre, e.angle > 0.0 ? kTwoPi : -kTwoPi)
-                    : LAEdge(e.start);
+            e = std::fabs(e.angle) > kPi ? LAEdge(e.start, e.centre, std::copysign(kTwoPi, e.angle))
+                                         : LAEdge(e.start);
             return true;
         }
         const double sweep = e.angle + (e.end_arc() - e.centre).angle(target - e.centre);
         if (!(sweep != 0.0) || (sweep > 0.0) != (e.angle > 0.0)) return false;
         const LAEdge turned(e.start, e.centre, sweep);
-        if (turned.end_arc().distance(target) > eps) return false;
+        if (turned.end_arc().distance(target) > eps) return false;  // mutate: off (on its circle)
         e.angle = sweep;
         return true;
     }
