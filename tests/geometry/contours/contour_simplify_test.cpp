@@ -33,7 +33,8 @@ TEST(ContourSimplifyTest, StraightRunsAndArcsOfOneCircleJoinWithoutMovingTheRegi
     EXPECT_NEAR(SignedArea(disc), area, 1e-14);
 
     // What stays: a corner that bends by more than rounding (even within eps), arcs of different
-    // circles, and a straight vertex that the outline passes again (two lobes touching there).
+    // circles, arcs of one circle with gaps between them, and a straight vertex that the outline
+    // passes again to rounding (two lobes touching there).
     LAContour bent = Polygon({{0, 0}, {5, 1e-9}, {10, 0}, {10, 10}, {0, 10}});
     EXPECT_EQ(SimplifyContour(bent, 1e-7), 0);
     LAContour wave = Polygon({{0, 0}, {1, 0}, {2, 0}, {3, 0}, {3, -1}});
@@ -43,7 +44,13 @@ TEST(ContourSimplifyTest, StraightRunsAndArcsOfOneCircleJoinWithoutMovingTheRegi
     rings[2].angle = -kPi;
     EXPECT_EQ(SimplifyContour(wave, 1e-7), 0);
     EXPECT_EQ(SimplifyContour(rings, 1e-7), 0);
-    LAContour lobes = Polygon({{-2, 0}, {0, 0}, {2, 0}, {2, 3}, {1, 2}, {0, 0}, {-1, 2}, {-2, 3}});
+    LAContour gaps;
+    for (int k = 0; k < 3; ++k)
+        gaps.push_back(LAEdge(Point2(std::cos(k * 2 * kPi / 3), std::sin(k * 2 * kPi / 3)),
+                              Point2(0, 0), 2 * kPi / 3 - 1e-3));
+    EXPECT_EQ(SimplifyContour(gaps, 1e-7), 0);
+    LAContour lobes =
+        Polygon({{-2, 0}, {1e-9, 0}, {2, 0}, {2, 3}, {1, 2}, {0, 0}, {-1, 2}, {-2, 3}});
     EXPECT_EQ(SimplifyContour(lobes, 1e-7), 0);
     // A triangle keeps three edges even when one corner is straight.
     LAContour flat = Polygon({{0, 0}, {1, 0}, {2, 0}});

@@ -43,6 +43,7 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
         {"bow-tie", C(S(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")), SelfCrossing, outer},
         {"vertex passed twice", C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")),
          SelfCrossing, outer},
+        {"spike", C(S(L"(L 0 0)(L 10 0)(L 0 0)(L 0 10)(L -5 5)")), SelfCrossing, outer},
         {"folding back", C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")), SelfCrossing, outer},
         {"overflow", C(S(L"(L 0 0)(L 1e308 0)(L 0 1e308)")), Overflow, outer},
         {"two points", C(S(L"(L 0 0)(L 10 0)")), NotClosed, outer},
@@ -79,6 +80,9 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
         // named (a stretch of one boundary inside the other region).
         const Solver2d rel(1e-6);
         const bool overlap = c.kind == Kind::SolidsOverlap || c.kind == Kind::HolesOverlap;
+        if (overlap) {
+            EXPECT_EQ(p.edge, -1);  // a whole contour
+        }
         bool on = false;
         for (const ContourPath& at : {p.path, overlap ? p.other : p.path}) {
             const ProSolidContour* s = shape->SolidChild(static_cast<unsigned long>(at.solid));
@@ -93,15 +97,19 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
         EXPECT_TRUE(on || !placed) << p.where.x << ", " << p.where.y;
     }
 
-    // Numbers that text cannot hold.
-    LAContour nan = RectContour(0, 0, 1, 1);
-    nan[2].start.y = std::numeric_limits<double>::quiet_NaN();
-    std::unique_ptr<ProComplexContour> shape(Shape(RectContour(0, 0, 5, 5), {nan}));
-    const ContourValidation v = ValidateComplexContour(*shape, 1e-7);
-    ASSERT_EQ(v.problems.size(), 1u);
-    EXPECT_EQ(v.problems[0].kind, Kind::NotFinite);
-    EXPECT_EQ(v.problems[0].path, (ContourPath{0, 0}));
-    EXPECT_EQ(v.problems[0].edge, 2);
+    // Numbers that text cannot hold: a vertex, or an arc's sweep.
+    for (int arc = 0; arc < 2; ++arc) {
+        LAContour nan = RectContour(0, 0, 1, 1);
+        nan[2].start.y = std::numeric_limits<double>::quiet_NaN();
+        if (arc)
+            nan[2] = LAEdge(Point2(1, 1), Point2(0.5, 1), std::numeric_limits<double>::infinity());
+        std::unique_ptr<ProComplexContour> shape(Shape(RectContour(0, 0, 5, 5), {nan}));
+        const ContourValidation v = ValidateComplexContour(*shape, 1e-7);
+        ASSERT_EQ(v.problems.size(), 1u);
+        EXPECT_EQ(v.problems[0].kind, Kind::NotFinite);
+        EXPECT_EQ(v.problems[0].path, (ContourPath{0, 0}));
+        EXPECT_EQ(v.problems[0].edge, 2);
+    }
     // A tolerance that is not a number asks for the default 1e-10, as a negative one does: an arc
     // missing by 3e-8 is found.
     const auto nearly = Read(C(S(L"(L 0 0)(A 0 0 1 0 1.57079630)(L 0 1)")));
@@ -125,6 +133,7 @@ TEST(ContourValidateTest, TouchingIslandsAndPinchedOutlinesAreValid) {
         C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 10 10)(L 0 10)(L 5 5)")),   // two lobes, one point
         C(S(L"(A 0 0 1 0 6.283185307179586)")),                    // a full circle
         C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)(L 0 0)")),          // zero closing edge
+        C(S(L"(L 0 0)(A 10 0 0 0 1)(L 10 0)(L 10 10)(L 0 10)")),   // arc of no radius
         C(S(quarter + L"(L 0 0.5)")),                              // collinear corner
         C(S(L"(A 0 0 2 0 3.141592653589793)(A 0 0 2 3.141592653589793 3.141592653589793)",
             H(L"(A 0 0 1 0 -6.283185307179586)"))),  // annulus
