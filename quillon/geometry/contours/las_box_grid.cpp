@@ -10,8 +10,8 @@ void BoxGrid::Build(const Box& extent, std::size_t expected, double itemSize) {
     double w = ext.x1 - ext.x0, h = ext.y1 - ext.y0;          // mutate: off (cell size only)
     if (!std::isfinite(w) || !std::isfinite(h)) {  // mutate: off (one cell: slower, same answers)
         // Unbounded input: one cell holds everything (slow but exact).
-        ext = Box{0.0, 0.0, 1.0, 1.0};
-        w = h = 0.0;  // mutate: off (any extent indexes)
+        ext = Box{0.0, 0.0, 1.0, 1.0};  // mutate: off (any extent: one cell)
+        w = h = 0.0;                    // mutate: off (any extent indexes)
     }
     // The cell of a uniform spread of the items, made smaller when the items are smaller (they
     // crowd along a thin outline), so each cell holds a few items; at most 4 cells per item.

@@ -87,7 +87,8 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     b->GetPointInfo(GetElementSecondEnd(b), rb, sb);
     if (a->GetType() == LAS_Element::Line) return sb != 1;
     if (b->GetType() == LAS_Element::Line) return sa == 1;
-    if (sa == 0 && sb == 1) return false;
+    // Arcs turning opposite ways leave in different directions, so the test above decides them.
+    if (sa == 0 && sb == 1) return false;  // mutate: off (see above)
     if (sa == 1 && sb == 0) return true;
     if (sa == 1) return ra < rb;
     return rb <= ra;
@@ -154,10 +155,11 @@ void LAS_NodeInfo::AddWalkAngle(LAS_Element* e, double& right, double& left) con
     const int self = GetSelfIndex();
     const bool atBegin = self == e->GetBegin();
     const bool atEnd = self == e->GetEnd();
+    if (!atBegin && !atEnd) return;  // not an arc of this node
     if ((atBegin && sweep >= 0.0) || (atEnd && sweep < 0.0)) {
         right += big;
         left += m;
-    } else if ((atBegin && sweep < 0.0) || (atEnd && sweep >= 0.0)) {
+    } else {
         right += m;
         left += big;
     }
@@ -178,7 +180,7 @@ int LAS_NodeInfo::FindContours(ProContourFactory* factory, std::vector<ProClosed
         if (makeClosed) {
             if (ProClosedContour* c = found.CreateClosedContour(1)) {
                 closed.push_back(c);
-                accepted = true;
+                accepted = true;  // mutate: off (its walks are used now: refusal marks go unread)
             }
         } else if (LAS_Contour* c = found.CreateLASContour()) {
             solver->AddBaseContour(c);

@@ -133,7 +133,13 @@ TEST_F(LasSolverTest, TangentTiesOrderByTurningSideAndRadius) {
     // clockwise turners by decreasing radius.
     const int order[5] = {left1, left2, line, right2, right1};
     for (int i = 0; i < 5; ++i) EXPECT_EQ(n->GetElem(i), s.GetElement(order[i])) << i;
-    for (int i = 0; i < 4; ++i) EXPECT_TRUE(n->IsNextClockWise(n->GetElem(i), n->GetElem(i + 1)));
+    for (int i = 0; i < 5; ++i) {  // every pair, both ways
+        for (int j = 0; j < 5; ++j) {
+            if (i != j) {
+                EXPECT_EQ(n->IsNextClockWise(n->GetElem(i), n->GetElem(j)), i < j) << i << j;
+            }
+        }
+    }
     EXPECT_EQ(n->GetNextClockWise(n->GetElem(4), 0, 0), n->GetElem(0));
     EXPECT_EQ(n->GetPrevClockWise(n->GetElem(0), 0, 0), n->GetElem(4));
     EXPECT_EQ(n->GetArcOrient(s.GetArc(left1)), LAS_NodeInfo::ArcOrientNone);
@@ -283,7 +289,7 @@ TEST_F(LasSolverTest, ListUnionNormalizeAndSet) {
     const Owned a = MakeShape(RectContour(0, 0, 2, 1));
     LAS_Solver s(kEps);
     EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{}, &f), nullptr);
-    EXPECT_EQ(s.MergeBaseContour(0), 0);  // no base contours yet
+    EXPECT_EQ(s.MergeBaseContour(0), 0);                 // no base contours yet
     EXPECT_EQ(LAS_Contour(&s).Merge(nullptr), nullptr);  // no neighbour: nothing to merge
     EXPECT_EQ(s.Add(std::vector<ProComplexContour*>{a.get()}, &f), a.get());  // not a copy
     // Normalize resolves a solid drawn as two overlapping loops given as one shape.
