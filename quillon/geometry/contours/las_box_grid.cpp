@@ -115,7 +115,7 @@ void BoxGrid::Query(const Box& b, std::vector<int>& out) {
     if (!Valid() || b.Empty()) return;  // mutate: off (no cell is spanned either way)
     if (++query == 0) {                 // mutate: off (a reset is harmless)
         std::fill(stamp.begin(), stamp.end(), 0u);
-        query = 1;
+        query = 1;  // mutate: off (any start above the cleared stamps)
     }
     int i0, j0, i1, j1;
     Range(b, i0, j0, i1, j1);
