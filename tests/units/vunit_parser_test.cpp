@@ -17,17 +17,17 @@ struct Case {
 };
 
 void ExpectQuantity(const Case& c) {
+    SCOPED_TRACE(testing::PrintToString(std::wstring(c.text)));
     const VUnit v(c.text);
-    ASSERT_TRUE(v.is_valid()) << "text: " << testing::PrintToString(std::wstring(c.text));
-    EXPECT_NEAR(v.to_mks(), c.value, 1e-12 * std::fabs(c.value))
-        << testing::PrintToString(std::wstring(c.text));
-    EXPECT_EQ(v.unit(), SUnit(c.m, c.kg, c.s)) << testing::PrintToString(std::wstring(c.text));
+    ASSERT_TRUE(v.is_valid());
+    EXPECT_NEAR(v.to_mks(), c.value, 1e-12 * std::fabs(c.value));
+    EXPECT_EQ(v.unit(), SUnit(c.m, c.kg, c.s));
 }
 
 void ExpectInvalid(const wchar_t* text) {
     const VUnit v(text);
-    EXPECT_FALSE(v.is_valid()) << testing::PrintToString(std::wstring(text));
-    EXPECT_FALSE(static_cast<bool>(v));
+    EXPECT_FALSE(v.is_valid() || static_cast<bool>(v))
+        << testing::PrintToString(std::wstring(text));
 }
 
 class UnitText : public ::testing::Test {
@@ -112,16 +112,11 @@ TEST_F(UnitText, ExponentsBeyondTheirRangeMakeTheTextInvalid) {
 
 TEST_F(UnitText, VsetFormatsOnlyWhenTheTextHoldsAPercentSign) {
     VUnit v;
-    EXPECT_TRUE(v.vset(L"%g kN*m", 2.5));
-    EXPECT_DOUBLE_EQ(v.to_mks(), 2500);
-    EXPECT_EQ(v.type(), SUnit::moment);
-    EXPECT_TRUE(v.vset(L"%d %ls/%ls", 3, L"kN", L"m^2"));
+    EXPECT_TRUE(v.vset(L"%g kN*m", 2.5) && v.to_mks() == 2500 && v.type() == SUnit::moment);
+    EXPECT_TRUE(v.vset(L"%d %ls/%ls", 3, L"kN", L"m^2") && v.type() == SUnit::stress);
     EXPECT_DOUBLE_EQ(v.to_mks(), 3000);
-    EXPECT_EQ(v.type(), SUnit::stress);
-    EXPECT_TRUE(v.vset(L"kN"));
-    EXPECT_DOUBLE_EQ(v.to_mks(), 1000);
-    EXPECT_FALSE(v.vset(L"%ls", L"(m)"));
-    EXPECT_FALSE(v.vset(nullptr));
+    EXPECT_TRUE(v.vset(L"kN") && v.to_mks() == 1000);
+    EXPECT_FALSE(v.vset(L"%ls", L"(m)") || v.vset(nullptr));
     // Blanks parse as the empty text, so only the buffer's limit makes these invalid.
     const std::wstring blanks(4095, L' ');
     EXPECT_TRUE(v.vset(L"%ls", blanks.c_str()));
@@ -151,19 +146,11 @@ TEST_F(UnitText, TraceShowsTokensAndReductions) {
     VUnit::YaccTrace(true);
     EXPECT_TRUE(VUnit::YaccTrace());
     testing::internal::CaptureStderr();
-    const VUnit ok(L"2 kN/m");
-    const VUnit product(L"m*s");
-    const VUnit quotient(L"2/s");
-    const VUnit bad(L"kN/m/s");
+    for (const wchar_t* text : {L"2 kN/m", L"m*s", L"2/s", L"kN/m/s"}) (void)VUnit(text);
     const std::string trace = testing::internal::GetCapturedStderr();
-    EXPECT_TRUE(ok.is_valid());
-    EXPECT_FALSE(bad.is_valid());
-    EXPECT_NE(trace.find("UNIT \"kN\""), std::string::npos) << trace;
-    EXPECT_NE(trace.find("rule 9"), std::string::npos) << trace;
-    EXPECT_NE(trace.find("rule 4"), std::string::npos) << trace;
-    EXPECT_NE(trace.find("rule 6"), std::string::npos) << trace;
-    EXPECT_NE(trace.find("rule 12"), std::string::npos) << trace;
-    EXPECT_NE(trace.find("syntax error"), std::string::npos) << trace;
+    for (const char* part :
+         {"UNIT \"kN\"", "rule 9", "rule 4", "rule 6", "rule 12", "syntax error"})
+        EXPECT_NE(trace.find(part), std::string::npos) << part << "\n" << trace;
     VUnit::YaccTrace(false);
     testing::internal::CaptureStderr();
     (void)VUnit(L"kN");

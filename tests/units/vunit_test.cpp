@@ -17,52 +17,37 @@ std::wstring Text(const VUnit& v) {
 }
 
 TEST(VUnitTypes, EveryNamedTypeMapsBackToItselfMomentAndEnergyShareExponents) {
-    for (int t = 1; t <= 14; ++t) {
-        const auto type = static_cast<SUnit::Type>(t);
-        const SUnit u(type);
-        const SUnit::Type expected = t == SUnit::energy ? SUnit::moment : type;
-        EXPECT_EQ(u.type(), expected) << t;
-        const VUnit v(2.0, type);
-        EXPECT_TRUE(v.is_valid());
-        EXPECT_EQ(v.unit(), u);
-        EXPECT_EQ(v.to_mks(), 2.0);
-    }
-    // The exponents (m, kg, s) of the named types 1 to 14, written out by hand.
+    // The exponents (m, kg, s) of the named types 1 to 14, written out by hand. Moment and energy
+    // share theirs; the lookup finds moment, the first of the two.
     const int exponents[14][3] = {{0, 0, 0},  {1, 0, 0},   {2, 0, 0},  {3, 0, 0},  {0, 1, 0},
                                   {0, 0, 1},  {1, 0, -1},  {1, 0, -2}, {1, 1, -2}, {2, 1, -2},
                                   {0, 0, -1}, {-1, 1, -2}, {2, 1, -2}, {2, 1, -3}};
     for (int t = 1; t <= 14; ++t) {
+        const auto type = static_cast<SUnit::Type>(t);
         const int* e = exponents[t - 1];
-        EXPECT_EQ(SUnit(static_cast<SUnit::Type>(t)), SUnit(e[0], e[1], e[2])) << t;
+        EXPECT_EQ(SUnit(type), SUnit(e[0], e[1], e[2])) << t;
+        EXPECT_EQ(SUnit(e[0], e[1], e[2]).type(), t == SUnit::energy ? SUnit::moment : type) << t;
+        const VUnit v(2.0, type);
+        EXPECT_TRUE(v.is_valid() && v.unit() == SUnit(type) && v.to_mks() == 2.0) << t;
     }
-    EXPECT_EQ(SUnit(1, 0, -2).type(), SUnit::acceleration);
-    EXPECT_EQ(SUnit(-1, 1, -2).type(), SUnit::stress);
     EXPECT_EQ(SUnit(-3, 1, 0).type(), SUnit::none);
     EXPECT_EQ(SUnit(0, 0, 2).type(), SUnit::none);
-    EXPECT_EQ(SUnit(static_cast<SUnit::Type>(15)), SUnit());
-    EXPECT_EQ(SUnit(SUnit::none), SUnit());
-    for (int t : {0, -1, 15, 101}) {
+    EXPECT_TRUE(SUnit(static_cast<SUnit::Type>(15)) == SUnit() && SUnit(SUnit::none) == SUnit());
+    for (int t : {0, -1, 15, 101})
         EXPECT_FALSE(VUnit(1.0, static_cast<SUnit::Type>(t)).is_valid()) << t;
-    }
     SUnit u(1, 2, 3);
     u.set();
     EXPECT_EQ(u.type(), SUnit::dimensionless);
-    // Moment and energy share their exponents; the lookup finds moment, the first of the two.
-    EXPECT_EQ(SUnit(SUnit::energy), SUnit(2, 1, -2));
     EXPECT_EQ(VUnit(L"J").type(), SUnit::moment);
 }
 
 TEST(VUnitArithmetic, ValuesMultiplyAndExponentsAdd) {
-    const VUnit force(L"3 kN");
-    const VUnit arm(L"2 m");
-    const VUnit moment = force * arm;
-    EXPECT_EQ(moment.to_mks(), 6000.0);
-    EXPECT_EQ(moment.type(), SUnit::moment);
-    EXPECT_EQ((2.0 * arm).to_mks(), 4.0);
-    EXPECT_EQ((arm * 2.0).unit(), arm.unit());
+    const VUnit force(L"3 kN"), arm(L"2 m");
+    EXPECT_EQ((force * arm).to_mks(), 6000.0);
+    EXPECT_EQ((force * arm).type(), SUnit::moment);
+    EXPECT_TRUE((2.0 * arm).to_mks() == 4.0 && (arm * 2.0).unit() == arm.unit());
     EXPECT_EQ((arm / 4.0).to_mks(), 0.5);
-    const VUnit inverse = 1.0 / VUnit(L"s");
-    EXPECT_EQ(inverse.type(), SUnit::frequency);
+    EXPECT_EQ((1.0 / VUnit(L"s")).type(), SUnit::frequency);
     VUnit v(L"kN");
     v *= 2.0;
     v /= VUnit(L"mm2");
@@ -92,46 +77,35 @@ TEST(VUnitArithmetic, PowersAndErrorFlags) {
     const VUnit mm(L"mm");
     EXPECT_EQ(mm.pow(2).to_mks(), 0.001 * 0.001);  // the square is a product
     EXPECT_EQ(mm.pow(2).type(), SUnit::area);
-    EXPECT_EQ(mm.pow(1).to_mks(), 0.001);
     EXPECT_TRUE(mm.pow(0).to_mks() == 1.0 && mm.pow(0).type() == SUnit::dimensionless);
     EXPECT_DOUBLE_EQ(mm.pow(-3).to_mks(), 1e9);
-    EXPECT_EQ(mm.pow(-3).unit(), SUnit(-3, 0, 0));
     VUnit v(L"s");
     v ^= -1;
     EXPECT_EQ(v.type(), SUnit::frequency);
 
     const VUnit bad(L"(m)");
-    for (const VUnit& r : {bad, bad * mm, mm * bad, mm / bad, 2.0 / bad, bad.pow(2)}) {
+    for (const VUnit& r : {bad, bad * mm, mm * bad, mm / bad, 2.0 / bad, bad.pow(2)})
         EXPECT_FALSE(r.is_valid());
-    }
-    EXPECT_TRUE((mm * mm).is_valid());
     VUnit reset(L"kN");
     reset.seterr();
-    EXPECT_FALSE(reset.is_valid());
-    EXPECT_EQ(reset.to_mks(), 1.0);
-    EXPECT_EQ(reset.unit(), SUnit());
+    EXPECT_TRUE(!reset.is_valid() && reset.to_mks() == 1.0 && reset.unit() == SUnit());
     // Exponents that would leave 32 bits give an invalid quantity.
     const VUnit huge(1.0, 2147483647, 0, 0);
     for (const VUnit& r :
-         {huge * VUnit(L"m"), huge.pow(2), VUnit(1.0, 0, 0, -2147483647 - 1) / VUnit(L"s")}) {
+         {huge * VUnit(L"m"), huge.pow(2), VUnit(1.0, 0, 0, -2147483647 - 1) / VUnit(L"s")})
         EXPECT_FALSE(r.is_valid());
-    }
 }
 
 TEST(VUnitText, PositiveExponentsAfterAStarNegativeOnesAfterASlash) {
-    EXPECT_EQ(Text(VUnit(1000, 1, 1, -2)), L"1000*m*kg/s^2");
-    EXPECT_EQ(Text(VUnit(1, 1, 0, 0)), L"m");
-    EXPECT_EQ(Text(VUnit(1, 0, 0, -1)), L"1/s");
-    EXPECT_EQ(Text(VUnit(5.0)), L"5");
-    EXPECT_EQ(Text(VUnit(1.0)), L"1");
-    EXPECT_EQ(Text(VUnit(1, -3, 1, 0)), L"kg/m^3");
-    EXPECT_EQ(Text(VUnit(2, -1, 0, -2)), L"2/m*s^2");
-    EXPECT_EQ(Text(VUnit(2.5, 2, 0, 0)), L"2.5*m^2");
-    EXPECT_EQ(Text(VUnit(L"(m)")), L"[BAD-UNIT]");
-    EXPECT_EQ(Text(VUnit(1, 0, 0, -2147483647 - 1)), L"1/s^2147483648");
-    EXPECT_EQ(SUnit(1, 1, -2).ToString(), L"m*kg/s^2");
-    EXPECT_EQ(SUnit().ToString(), L"1");
-    EXPECT_EQ(SUnit(0, 0, -1).ToString(), L"1/s");
+    // clang-format off
+    const std::pair<VUnit, const wchar_t*> cases[] = {
+        {VUnit(1000, 1, 1, -2), L"1000*m*kg/s^2"}, {VUnit(1, 1, 0, 0), L"m"}, {VUnit(5.0), L"5"},
+        {VUnit(1, 0, 0, -1), L"1/s"}, {VUnit(1, -3, 1, 0), L"kg/m^3"}, {VUnit(L"(m)"), L"[BAD-UNIT]"},
+        {VUnit(2, -1, 0, -2), L"2/m*s^2"}, {VUnit(2.5, 2, 0, 0), L"2.5*m^2"},
+        {VUnit(1, 0, 0, -2147483647 - 1), L"1/s^2147483648"}};
+    // clang-format on
+    for (const auto& [v, text] : cases) EXPECT_EQ(Text(v), text);
+    EXPECT_EQ(SUnit(1, 1, -2).ToString() + L" " + SUnit().ToString(), L"m*kg/s^2 1");
 
     // What is printed reads back as the same quantity.
     std::mt19937 random(9);
@@ -141,10 +115,11 @@ TEST(VUnitText, PositiveExponentsAfterAStarNegativeOnesAfterASlash) {
         const VUnit v(values[random() % std::size(values)], exps(random), exps(random),
                       exps(random));
         const std::wstring text = Text(v);
+        SCOPED_TRACE(testing::PrintToString(text));
         const VUnit back(text.c_str());
-        ASSERT_TRUE(back.is_valid()) << testing::PrintToString(text);
-        EXPECT_EQ(back.unit(), v.unit()) << testing::PrintToString(text);
-        EXPECT_DOUBLE_EQ(back.to_mks(), v.to_mks()) << testing::PrintToString(text);
+        ASSERT_TRUE(back.is_valid());
+        EXPECT_EQ(back.unit(), v.unit());
+        EXPECT_DOUBLE_EQ(back.to_mks(), v.to_mks());
     }
 }
 
