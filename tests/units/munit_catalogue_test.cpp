@@ -55,18 +55,14 @@ TEST_F(CatalogueTest, NamesCompareCaseSensitivelyInsideTheirKind) {
     EXPECT_EQ(init->GetCoeffUnit(L, L"M"), 1.0);
     // Kinds without a list never give a factor, whatever the flag says.
     for (MUNIT_T kind : {N, MUNIT_FIFTH, static_cast<MUNIT_T>(-3)}) {
-        EXPECT_EQ(init->GetCoeffUnit(kind, L"m"), 0.0);
-        EXPECT_EQ(init->GetTotalUnit(kind), 0);
-        EXPECT_EQ(init->EraseUnit(kind, 0), 2);
-        EXPECT_TRUE(init->GetUnit(kind, 0).name.empty());
+        EXPECT_TRUE(init->GetCoeffUnit(kind, L"m") == 0.0 && init->GetTotalUnit(kind) == 0);
+        EXPECT_TRUE(init->EraseUnit(kind, 0) == 2 && init->GetUnit(kind, 0).name.empty());
     }
-    MUnit mu;
-    EXPECT_TRUE(mu.EraseUnit(L, 5) == 1 && mu.EraseUnit(L, -1) == 1);
-    EXPECT_TRUE(mu.GetUnit(L, 5).name.empty());  // one past the last
-    EXPECT_EQ(mu.EraseUnit(L, 1), 0);            // "ft"
-    EXPECT_EQ(mu.EraseUnit(L, 0), 0);            // "cm"
-    EXPECT_EQ(mu.GetTotalUnit(L), 3);
-    EXPECT_EQ(mu.GetNameUnit(L, 0), L"in");
+    MUnit mu;  // erases "ft" then "cm"; GetUnit one past the last has no name
+    EXPECT_TRUE(mu.EraseUnit(L, 5) == 1 && mu.EraseUnit(L, -1) == 1 &&
+                mu.GetUnit(L, 5).name.empty());
+    EXPECT_TRUE(mu.EraseUnit(L, 1) == 0 && mu.EraseUnit(L, 0) == 0);
+    EXPECT_TRUE(mu.GetTotalUnit(L) == 3 && mu.GetNameUnit(L, 0) == L"in");
 }
 
 TEST_F(CatalogueTest, SingletonLifecycle) {
@@ -162,16 +158,12 @@ TEST_F(CatalogueTest, EverySingleTypeDerivesItsFactorAndName) {
 
     ASSERT_EQ(mu.UpDateUnit(), 0);
     for (const TypeRule& r : kRules) {
-        SCOPED_TRACE(r.id);
         const TypeUnit t = mu.GetTypeUnit(T(r.id));
-        EXPECT_DOUBLE_EQ(t.coefficient, r.coefficient);
-        EXPECT_TRUE(t.fullName == r.name && t.precision == 3 && t.extraText == L"note");
-        EXPECT_EQ(mu.GetFullNameUnit(T(r.id), true), std::wstring(L"(") + r.name + L")");
+        EXPECT_DOUBLE_EQ(t.coefficient, r.coefficient) << r.id;
+        EXPECT_TRUE(t.fullName == r.name && t.precision == 3 && t.extraText == L"note") << r.id;
     }
-    for (int id : {25, 5}) {
-        const TypeUnit t = mu.GetTypeUnit(T(id));
-        EXPECT_TRUE(t.coefficient == 7.5 && t.fullName == L"stays") << id;
-    }
+    EXPECT_TRUE(mu.GetTypeUnit(T(25)).coefficient == 7.5 &&
+                mu.GetTypeUnit(T(5)).fullName == L"stays");
     EXPECT_EQ(mu.GetTypeUnit(T(6)).id, -1);
     // The unitless types are created, and forced back when present: factor 1, no decimals for
     // 1-3, two for 4; a second run changes nothing more.
@@ -185,9 +177,8 @@ TEST_F(CatalogueTest, EverySingleTypeDerivesItsFactorAndName) {
     for (int id = 1; id <= 4; ++id) {
         const TypeUnit t = mu.GetTypeUnit(T(id));
         EXPECT_TRUE(t.id == id && t.coefficient == 1.0 && t.precision == (id == 4 ? 2 : 0) &&
-                    !t.exponential && t.fullName.empty())
+                    !t.exponential && mu.GetFullNameUnit(T(id), true).empty())
             << id;
-        EXPECT_TRUE(mu.GetFullNameUnit(T(id), true).empty()) << id;
     }
 }
 
@@ -201,24 +192,18 @@ TEST_F(CatalogueTest, AddAndModifyRules) {
     EXPECT_EQ(mu.ModifyTypeUnit(T(7), 2, L"m", L"", L"", false), 1);  // absent
     TypeUnit missing;
     missing.precision = 9;
-    EXPECT_EQ(mu.GetTypeUnit(T(7), missing), 1);
-    EXPECT_EQ(missing, TypeUnit{});
+    EXPECT_TRUE(mu.GetTypeUnit(T(7), missing) == 1 && missing == TypeUnit{});
 
     ASSERT_EQ(mu.SetTypeUnit(T(7), 2, L"m", L"", L"", false, L"a"), 0);
     EXPECT_EQ(mu.SetTypeUnit(T(7), 4, L"cm", L"", L"", false), 1);  // present already
     EXPECT_EQ(mu.ModifyTypeUnit(T(7), 4, L"cm", L"", L"", true, L"b"), 0);
-    const TypeUnit expected{T(7), L, N, N, L"cm", L"", L"", 4, true, L"b", 0.0, L""};
     EXPECT_EQ(mu.ModifyTypeUnit(T(7), 4, L"kN", L"", L"", true), 1);  // not a length
-    EXPECT_EQ(mu.GetTypeUnit(T(7)), expected);
-
+    EXPECT_EQ(mu.GetTypeUnit(T(7)),
+              (TypeUnit{T(7), L, N, N, L"cm", L"", L"", 4, true, L"b", 0, L""}));
     // The kinds of a record must suit its id.
-    TypeUnit moment{T(14), F, F, N, L"kN", L"m", L"", 2, false, L"", 0.0, L""};
-    EXPECT_EQ(mu.SetTypeUnit(moment), 1);
-    moment.kind1 = L;
-    EXPECT_EQ(mu.SetTypeUnit(moment), 1);
-    moment.kind1 = F;
-    moment.kind2 = L;
-    EXPECT_EQ(mu.SetTypeUnit(moment), 0);
+    for (const auto& [k1, k2, code] : {std::tuple{F, F, 1}, {L, L, 1}, {F, L, 0}})
+        EXPECT_EQ(mu.SetTypeUnit({T(14), k1, k2, N, L"kN", L"m", L"", 2, false, L"", 0, L""}),
+                  code);
 }
 
 TEST_F(CatalogueTest, CorrectQuantityValidatesOnlyTheFirstUnit) {
@@ -230,22 +215,21 @@ TEST_F(CatalogueTest, CorrectQuantityValidatesOnlyTheFirstUnit) {
     EXPECT_EQ(mu.CorrectQuantity(T(7), L, N, N, L"M", L"", L""), M_FAILURE);
     EXPECT_EQ(mu.CorrectQuantity(T(3), N, N, N, L"anything", L"", L""), M_SUCCESS);
     EXPECT_EQ(mu.CorrectQuantity(T(35), L, N, N, L"m", L"", L""), M_FAILURE);
-    // The loose second unit converts with factor 0 (check on), so the moment factor is 0.
+    // The loose second unit converts with factor 0 (check on), so the moment factor is 0. A single
+    // type divides by it unguarded (only composite types keep their old factor): the force per
+    // length becomes infinite, and a value from SI shows as 0.
     ASSERT_EQ(mu.UpDateUnit(), 0);
-    EXPECT_EQ(mu.GetTypeUnit(T(14)).coefficient, 0.0);
-    EXPECT_EQ(mu.GetTypeUnit(T(14)).fullName, L"kN*furlong");
-    // A single type divides by it unguarded (only composite types keep their old factor): the
-    // force per length becomes infinite, and a value from SI shows as 0.
+    EXPECT_TRUE(mu.GetTypeUnit(T(14)).coefficient == 0.0 &&
+                mu.GetTypeUnit(T(14)).fullName == L"kN*furlong");
     EXPECT_EQ(mu.GetTypeUnit(T(28)).coefficient, std::numeric_limits<double>::infinity());
     double out = -1.0;
-    EXPECT_EQ(mu.CnvUnitSI(out, T(28), 5.0, BASIC_FROM_SI), 0);
-    EXPECT_EQ(out, 0.0);
+    EXPECT_TRUE(mu.CnvUnitSI(out, T(28), 5.0, BASIC_FROM_SI) == 0 && out == 0.0);
 }
 
 TEST_F(CatalogueTest, TypeTwentyCanNeverBeAddedWhileChecking) {
     MUnit mu;
-    EXPECT_EQ(mu.SetTypeUnit(T(20), 2, L"m", L"", L"", false), 1);
-    EXPECT_EQ(mu.SetTypeUnit(T(20), 2, L"", L"", L"", false), 1);
+    for (const wchar_t* unit : {L"m", L"", L"Hz"})
+        EXPECT_EQ(mu.SetTypeUnit(T(20), 2, unit, L"", L"", false), 1);
     GetMInit()->SetCorrectQuantity(false);
     ASSERT_EQ(mu.SetTypeUnit(T(20), 2, L"Hz", L"", L"", false), 0);
     ASSERT_EQ(mu.UpDateUnit(), 0);
@@ -276,35 +260,28 @@ TEST_F(CatalogueTest, CompositeTypesFromAnInstalledTable) {
     ASSERT_EQ(mu.SetTypeUnit(T(14), 2, L"kN", L"m", L"", false), 0);
     for (int id = 101; id <= 115; ++id)
         table_.push_back({T(id), N, N, N, L"", L"", L"", 0, false, L"", 42.0, L"old"});
-    ASSERT_EQ(mu.UpDateUnit(), 0);
     // Types 101 to 115 in turn.
     const std::pair<double, const wchar_t*> expected[] = {
         {42.0, L"kg*cm2"},   {1e5, L"kN*m/cm"}, {42.0, L"old"},    {42.0, L"old"},
         {42.0, L"kN*m/Deg"}, {42.0, L"cm2"},    {42.0, L"cm3"},    {42.0, L"mm2"},
         {42.0, L"mm3"},      {42.0, L"mm4"},    {42.0, L"MN/mm3"}, {1e5, L"kN/cm"},
         {1e7, L"kN/cm2"},    {1e6, L"kg/cm3"},  {1e9, L"kN/cm3"}};
-    for (int id = 101; id <= 115; ++id) {
-        const TypeUnit t = mu.GetTypeUnit(T(id));
-        EXPECT_DOUBLE_EQ(t.coefficient, expected[id - 101].first) << id;
-        EXPECT_EQ(t.fullName, expected[id - 101].second) << id;
+    // Then a length without a factor leaves the divided coefficients as they were.
+    GetMInit()->SetUnit(L, {L"void", 0.0});
+    for (const wchar_t* length : {L"cm", L"void"}) {
+        ASSERT_EQ(mu.ModifyTypeUnit(T(7), 2, length, L"", L"", false), 0);
+        ASSERT_EQ(mu.UpDateUnit(), 0);
+        for (int id = 101; id <= 115; ++id) {
+            const TypeUnit t = mu.GetTypeUnit(T(id));
+            EXPECT_DOUBLE_EQ(t.coefficient, expected[id - 101].first) << id;
+            EXPECT_TRUE(*length == L'v' || t.fullName == expected[id - 101].second) << id;
+        }
+        EXPECT_EQ(mu.GetTypeUnit(T(112)).fullName, std::wstring(L"kN/") + length);
     }
     EXPECT_EQ(mu.ModifyTypeUnit(mu.GetTypeUnit(T(112))), 1);
-
-    // A length without a factor leaves the divided coefficients as they were.
-    GetMInit()->SetUnit(L, {L"void", 0.0});
-    ASSERT_EQ(mu.ModifyTypeUnit(T(7), 2, L"void", L"", L"", false), 0);
-    ASSERT_EQ(mu.UpDateUnit(), 0);
-    for (int id : {102, 112, 113, 114, 115})
-        EXPECT_DOUBLE_EQ(mu.GetTypeUnit(T(id)).coefficient, expected[id - 101].first) << id;
-    EXPECT_EQ(mu.GetTypeUnit(T(112)).fullName, L"kN/void");
-
     // Without both sources a composite is left alone.
-    const auto byId = [this](int id) {
-        return std::find_if(table_.begin(), table_.end(),
-                            [id](const TypeUnit& t) { return t.id == id; });
-    };
-    table_.erase(byId(13));
-    byId(112)->fullName = L"mine";
+    std::erase_if(table_, [](const TypeUnit& t) { return t.id == 13; });
+    for (TypeUnit& t : table_) t.fullName = t.id == 112 ? L"mine" : t.fullName;
     ASSERT_EQ(mu.UpDateUnit(), 0);
     EXPECT_EQ(mu.GetTypeUnit(T(112)).fullName, L"mine");
 }
@@ -352,15 +329,13 @@ TEST_F(CatalogueTest, NamesPassThroughTheDictionaries) {
     UNITDIC_UNITSNAMES* block = UNITDIC_UnitsNames();
     std::wcscpy(block->openBracket, L"[");
     std::wcscpy(block->closeBracket, L"]");
-    EXPECT_EQ(mu.GetFullNameUnit(T(13), true), L"[\x043A\x041D]");
-    EXPECT_EQ(mu.GetFullNameUnit(T(7), true), L"");
+    EXPECT_EQ(mu.GetFullNameUnit(T(13), true) + mu.GetFullNameUnit(T(7), true), L"[\x043A\x041D]");
     UNITDIC_Init();
     EXPECT_EQ(UNITDIC_GetUnitNameTrans(UNITDIC_FORCE, L"kN"), L"kN");
     EXPECT_EQ(mu.GetFullNameUnit(T(13), true), L"(\x043A\x041D)");  // the stored name stays
-    EXPECT_STREQ(block->names[0], L"m");
-    EXPECT_STREQ(block->names[UNITDIC_NAMES - 1], L"Hz");
-    EXPECT_TRUE(std::wcscmp(block->openBracket, L"(") == 0 &&
-                std::wcscmp(block->closeBracket, L")") == 0);
+    EXPECT_EQ(std::wstring(block->names[0]) + block->names[UNITDIC_NAMES - 1] + block->openBracket +
+                  block->closeBracket,
+              L"mHz()");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <random>
 #include <set>
+#include <tuple>
 
 #include "munit_fixture.h"
 #include "quillon/platform/text.h"
@@ -26,21 +27,19 @@ protected:
 
 TEST_F(ConvertTest, CnvUnitSILeavesOutUntouchedWithoutAFactor) {
     MUnit mu;
-    // 'out' starts as 'preset'; every call answers 0.
-    const auto cnv = [&mu](int id, double value, BASIC_UNIT direction, double preset) {
-        double out = preset;
-        EXPECT_EQ(mu.CnvUnitSI(out, T(id), value, direction), 0) << id;
-        return out;
-    };
-    EXPECT_EQ(cnv(8, 5.0, BASIC_TO_SI, 123.0) + cnv(8, 5.0, BASIC_FROM_SI, 123.0), 246.0);
-    EXPECT_DOUBLE_EQ(cnv(7, 250.0, BASIC_TO_SI, 0.0), 2.5);
-    EXPECT_DOUBLE_EQ(cnv(7, 2.5, static_cast<BASIC_UNIT>(7), 0.0), 250.0);  // any non-zero
-    // A factor of 0 converts to SI (giving 0) but not from SI.
     TypeUnit zero = mu.GetTypeUnit(T(10));
     zero.coefficient = 0.0;
     ASSERT_EQ(mu.ModifyTypeUnit(zero), 0);
-    EXPECT_EQ(cnv(10, 4.0, BASIC_FROM_SI, -1.0), -1.0);
-    EXPECT_EQ(cnv(10, 4.0, BASIC_TO_SI, -1.0), 0.0);
+    // 8 is absent; a factor of 0 (10) converts to SI, giving 0, but not from SI; any direction
+    // but 0 is from SI. 'out' is preset to -1 and every call answers 0.
+    const std::tuple<int, double, int, double> cases[] = {
+        {8, 5.0, BASIC_TO_SI, -1.0}, {8, 5.0, BASIC_FROM_SI, -1.0},  {7, 250.0, BASIC_TO_SI, 2.5},
+        {7, 2.5, 7, 250.0},          {10, 4.0, BASIC_FROM_SI, -1.0}, {10, 4.0, BASIC_TO_SI, 0.0}};
+    for (const auto& [id, value, direction, expected] : cases) {
+        double out = -1.0;
+        EXPECT_EQ(mu.CnvUnitSI(out, T(id), value, static_cast<BASIC_UNIT>(direction)), 0);
+        EXPECT_DOUBLE_EQ(out, expected) << id << " " << direction;
+    }
 }
 
 TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
@@ -67,29 +66,25 @@ TEST_F(ConvertTest, CnvUnitWithUnitTexts) {
     // clang-format on
     MUnit mu;
     for (const Case& c : cases) {
-        SCOPED_TRACE(platform::ToUtf8(c.unit));
         double out = -1.0;
-        EXPECT_EQ(mu.CnvUnit(out, T(c.id), c.unit, c.value, c.direction), c.code);
-        EXPECT_DOUBLE_EQ(out, c.out);
+        EXPECT_EQ(mu.CnvUnit(out, T(c.id), c.unit, c.value, c.direction), c.code) << c.id;
+        EXPECT_DOUBLE_EQ(out, c.out) << c.id << " " << platform::ToUtf8(c.unit);
     }
     GetMInit()->SetCorrectQuantity(false);  // unknown names now convert with factor 1
     double out = -1.0;
-    EXPECT_EQ(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI), 0);
-    EXPECT_EQ(out, 0.005);
+    EXPECT_TRUE(mu.CnvUnit(out, T(14), L"kN", 5.0, BASIC_FROM_SI) == 0 && out == 0.005);
 
     // Exactly these types convert with a text of their own kinds (20's kind has no units).
     const std::set<int> converting = {7,  8,  9,  10, 11, 12, 13, 14, 16, 17, 18,
                                       19, 22, 25, 28, 29, 30, 31, 33, 34, 102};
+    const wchar_t* names[] = {L"", L"m", L"N", L"kg", L"Rad", L"Hz"};  // by kind
     GetMInit()->SetCorrectQuantity(true);
     for (int id = -2; id <= 120; ++id) {
         MUNIT_T kinds[3];
         MUnit::GetTypeMunit(T(id), kinds[0], kinds[1], kinds[2]);
         std::wstring text = id == 102 ? L"N*m/m" : L"";
         for (int i = 0; i < 3 && kinds[i] != MUNIT_NONE; ++i)
-            text += std::wstring(i ? L"*" : L"") + (kinds[i] == MUNIT_LENGTH  ? L"m"
-                                                    : kinds[i] == MUNIT_FORCE ? L"N"
-                                                    : kinds[i] == MUNIT_MASS  ? L"kg"
-                                                                              : L"Rad");
+            text += std::wstring(i ? L"*" : L"") + names[kinds[i]];
         EXPECT_EQ(mu.CnvUnit(out, T(id), text, 2.0, BASIC_TO_SI) == 0, converting.count(id) == 1)
             << id;
     }
@@ -126,43 +121,39 @@ TEST_F(ConvertTest, FormatFollowsPrecisionNotationAndRounding) {
     t.precision = 1 << 30;
     ASSERT_EQ(mu.ModifyTypeUnit(t), 0);
     EXPECT_EQ(mu.FormatUnit(T(10), 0.5).size(), 32u);
-
-    EXPECT_EQ(mu.CnvUnitSIToText(T(7), 0.0123, BASIC_FROM_SI, SEPARATOR_TO_LOCALE), L"1.23");
-    EXPECT_EQ(mu.CnvUnitSIToText(T(9), 0.0123, BASIC_FROM_SI, SEPARATOR_TO_LOCALE), L"0");
 }
 
 TEST_F(ConvertTest, LocaleSeparatorInTextsAndParsing) {
     MUnit mu;
     SetDecimal(L",");
     EXPECT_EQ(MUnit::CnvSeparator(L"1.5 + 2.25", SEPARATOR_TO_LOCALE), L"1,5 + 2,25");
-    EXPECT_EQ(MUnit::CnvSeparator(L"1,5", SEPARATOR_TO_POINT), L"1.5");
-    EXPECT_EQ(MUnit::CnvSeparator(nullptr, SEPARATOR_TO_POINT), L"");
+    EXPECT_EQ(MUnit::CnvSeparator(L"1,5", SEPARATOR_TO_POINT) +
+                  MUnit::CnvSeparator(nullptr, SEPARATOR_TO_POINT),
+              L"1.5");
     EXPECT_EQ(mu.CnvUnitSIToText(T(7), 0.015, BASIC_FROM_SI, SEPARATOR_TO_LOCALE), L"1,50");
     EXPECT_EQ(mu.CnvUnitSIToText(T(7), 0.015, BASIC_FROM_SI, SEPARATOR_TO_POINT), L"1.50");
-    double out = -1.0;
-    EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(7), L"12,5 cm", BASIC_TO_SI), 0);
-    EXPECT_DOUBLE_EQ(out, 0.125);
-    for (const auto& [id, text] : {std::pair{7, L"abc"}, {8, L"3"}}) {  // 8 is absent: stays 0
-        out = -1.0;
-        EXPECT_TRUE(mu.CnvUnitSIToDouble(out, T(id), text, BASIC_TO_SI) == 0 && out == 0.0) << id;
+    // 'out' is preset to -1; 8 is absent.
+    const std::tuple<int, const wchar_t*, double> texts[] = {
+        {7, L"12,5 cm", 0.125}, {7, L"abc", 0.0}, {8, L"3", 0.0}};
+    for (const auto& [id, text, value] : texts) {
+        double out = -1.0;
+        EXPECT_EQ(mu.CnvUnitSIToDouble(out, T(id), text, BASIC_TO_SI), 0);
+        EXPECT_DOUBLE_EQ(out, value);
     }
-    EXPECT_DOUBLE_EQ(mu.applyUnit(0.0123456, T(7)), 0.0123);
-
-    std::wstring text = L"3.25";
-    SetDecimal(L"<>");
-    MUnit::CnvSeparatorEx(text, SEPARATOR_TO_LOCALE);
-    EXPECT_EQ(text, L"3<>25");
-    MUnit::CnvSeparatorEx(text, SEPARATOR_TO_POINT);
-    EXPECT_EQ(text, L"3.25");
-    // The locale item is read into 12 characters: a longer separator is not read at all.
-    SetDecimal(std::wstring(11, L'_'));
-    EXPECT_EQ(MUnit::GetDecimalSep(), std::wstring(11, L'_'));
-    SetDecimal(std::wstring(12, L'_'));
-    EXPECT_EQ(MUnit::GetDecimalSep(), L"");
-    // An unknown separator leaves texts alone rather than dropping their points.
-    SetDecimal(L"");
-    EXPECT_EQ(MUnit::CnvSeparator(L"3.25", SEPARATOR_TO_LOCALE), L"3.25");
-    EXPECT_DOUBLE_EQ(mu.applyUnit(0.0123456, T(7)), 0.0123);
+    // The locale item is read into 12 characters: a longer separator is not read at all, and an
+    // unknown separator leaves texts alone rather than dropping their points.
+    for (const std::wstring sep :
+         {L"", L",", L"<>", std::wstring(11, L'_'), std::wstring(12, L'_')}) {
+        SetDecimal(sep);
+        const std::wstring read = sep.size() < 12 ? sep : L"";
+        EXPECT_EQ(MUnit::GetDecimalSep(), read);
+        std::wstring text = L"3.25";
+        MUnit::CnvSeparatorEx(text, SEPARATOR_TO_LOCALE);
+        EXPECT_EQ(text, read.empty() ? L"3.25" : L"3" + read + L"25");
+        MUnit::CnvSeparatorEx(text, SEPARATOR_TO_POINT);
+        EXPECT_EQ(text, L"3.25");
+        EXPECT_DOUBLE_EQ(mu.applyUnit(0.0123456, T(7)), 0.0123);
+    }
 }
 
 TEST_F(ConvertTest, ComparisonsAsDisplayedAroundZero) {
