@@ -142,8 +142,8 @@ TEST_F(ConvertTest, LocaleSeparatorInTextsAndParsing) {
     }
     // The locale item is read into 12 characters: a longer separator is not read at all, and an
     // unknown separator leaves texts alone rather than dropping their points.
-    for (const std::wstring sep :
-         {L"", L",", L"<>", std::wstring(11, L'_'), std::wstring(12, L'_')}) {
+    for (const std::wstring& sep :
+         {std::wstring(), std::wstring(L"<>"), std::wstring(11, L'_'), std::wstring(12, L'_')}) {
         SetDecimal(sep);
         const std::wstring read = sep.size() < 12 ? sep : L"";
         EXPECT_EQ(MUnit::GetDecimalSep(), read);
