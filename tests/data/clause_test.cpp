@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -196,29 +195,16 @@ TEST(Clause, RandomClausesMatchTheLiteralWalkOrAnswerFalse) {
     std::mt19937 rng(20240611);
     std::vector<expr> t(6);
     const char* items[] = {"(", ")", "AND", "OR", "NOT", "null", "a", "b"};
+    const char* grow[] = {"( x ) ", "NOT x ", "x AND x ", "x OR x "};
     for (int round = 0; round < 2000; ++round) {
         std::string text;
-        if (round % 2 == 0) {
-            int budget = 12;
-            std::function<void(int)> gen = [&](int depth) {
-                const unsigned pick = rng() % 10;
-                if (pick < 2 && depth < 4) {
-                    text += "NOT ";
-                    return gen(depth + 1);
-                }
-                if (pick < 4 && depth < 4) {
-                    text += "( ";
-                    gen(depth + 1);
-                    text += ") ";
-                } else {
-                    text += std::string(1, static_cast<char>('a' + rng() % 6)) + " ";
-                }
-                if (--budget > 0 && rng() % 2 == 0) {
-                    text += rng() % 2 ? "AND " : "OR ";
-                    gen(depth);
-                }
-            };
-            gen(0);
+        if (round % 2 == 0) {  // grown from "x" by the grammar's rules, then terms for the x
+            text = "x ";
+            for (unsigned k = rng() % 10; k > 0; --k) {
+                const std::size_t at = text.find('x', rng() % text.size());
+                text.replace(at == std::string::npos ? text.find('x') : at, 2, grow[rng() % 4]);
+            }
+            for (char& ch : text) ch = ch == 'x' ? static_cast<char>('a' + rng() % 6) : ch;
         } else {
             for (unsigned n = rng() % 12; n > 0; --n) text += std::string(items[rng() % 8]) + " ";
         }
