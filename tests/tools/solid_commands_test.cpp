@@ -41,16 +41,12 @@ std::string box(bool clockwise, int skip = -1) {
         s += "v " + std::to_string(i & 1 ? 2 : 0) + " " + std::to_string(i & 2 ? 3 : 0) + " " +
              std::to_string(i & 4 ? 4 : 0) + "\n";
     // Counter-clockwise seen from outside.
-    const int faces[6][4] = {{1, 3, 4, 2}, {5, 6, 8, 7}, {1, 2, 6, 5},
-                             {3, 7, 8, 4}, {1, 5, 7, 3}, {2, 4, 8, 6}};
+    const char* faces[6] = {"1342", "5687", "1265", "3784", "1573", "2486"};
     for (int f = 0; f < 6; ++f) {
-        if (f == skip) continue;
-        s += "f";
-        for (int k = 0; k < 4; ++k) {
-            s += ' ';
-            s += std::to_string(faces[f][clockwise ? 3 - k : k]);
-        }
-        s += "\n";
+        std::string face = faces[f];
+        if (clockwise) std::reverse(face.begin(), face.end());
+        if (f != skip)
+            s += std::string("f ") + face[0] + ' ' + face[1] + ' ' + face[2] + ' ' + face[3] + "\n";
     }
     return s;
 }
@@ -130,15 +126,17 @@ TEST(QuillonPlate, VolumeIsOutlineAreaTimesThicknessLessOpenings) {
 TEST(QuillonPlate, BadInputAndUsageGiveTheirExitCodes) {
     const std::string drawing = std::string(QUILLON_SOURCE_DIR) + "/examples/plate.txt";
     const std::string out = scratch("bad").string();
-    EXPECT_EQ(run({"plate", drawing, "--out", out}).code, kUsage);  // no thickness
-    EXPECT_EQ(run({"plate", drawing, "--thickness", "-1", "--out", out}).code, kUsage);
-    EXPECT_EQ(run({"plate", drawing, "--thickness", "5", "--hole", "1,2", "--out", out}).code,
-              kUsage);
-    EXPECT_EQ(
-        run({"plate", drawing, "--thickness", "5", "--cut", "0,0,0,0,0,0", "--out", out}).code,
-        kUsage);
-    EXPECT_EQ(run({"plate", drawing, "--thickness", "5", "--density", "3 m", "--out", out}).code,
-              kUsage);
+    // No thickness, a negative one, a hole short of its radius, a cut without a direction, a
+    // density that is no density.
+    const std::vector<std::string> wrong[] = {{},
+                                              {"--thickness", "-1"},
+                                              {"--thickness", "5", "--hole", "1,2"},
+                                              {"--thickness", "5", "--cut", "0,0,0,0,0,0"},
+                                              {"--thickness", "5", "--density", "3 m"}};
+    for (std::vector<std::string> args : wrong) {
+        args.insert(args.begin(), {"plate", drawing, "--out", out});
+        EXPECT_EQ(run(args).code, kUsage) << args.back();
+    }
     write(scratch("bad_holes.txt"), "10 10 5\n10 10\n");
     const Outcome holes =
         run({"plate", drawing, "--thickness", "5", "--holes", scratch("bad_holes.txt").string()});
