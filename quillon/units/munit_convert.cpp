@@ -154,13 +154,14 @@ bool MUnit::eqUnit(double a, double b, MUNIT_TYPES id) const {
 
 int MUnit::cmpUnit(double a, double b, MUNIT_TYPES id) const {
     if (eqUnit(a, b, id)) return 0;
-    return b > a ? -1 : 1;
+    return b > a ? -1 : 1;  // mutate: off (equal values were answered just above)
 }
 
-bool MUnit::gtUnit(double a, double b, MUNIT_TYPES id) const { return !eqUnit(a, b, id) && a > b; }
-bool MUnit::gtEqUnit(double a, double b, MUNIT_TYPES id) const { return eqUnit(a, b, id) || a > b; }
-bool MUnit::lsUnit(double a, double b, MUNIT_TYPES id) const { return !eqUnit(a, b, id) && b > a; }
-bool MUnit::lsEqUnit(double a, double b, MUNIT_TYPES id) const { return eqUnit(a, b, id) || b > a; }
+// All four through cmpUnit, so that values shown alike are equal however near they are.
+bool MUnit::gtUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) > 0; }
+bool MUnit::gtEqUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) >= 0; }
+bool MUnit::lsUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) < 0; }
+bool MUnit::lsEqUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) <= 0; }
 
 std::wstring MUnit::GetDecimalSep() {
     // The locale item is read into a buffer of 12 characters, terminator included: a longer one
