@@ -19,7 +19,8 @@
 //   partner in order, an operator short of operands, or a null term. Terms side by side ("a b",
 //   "a NOT b") are no such fault: the walk leaves both on the stack and the later one decides, as
 //   for any clause; IsWellFormed() still calls them improper, for callers that refuse them. The RPN
-//   conversion drops a closing bracket that finds no opening one and shows a null term as "null".
+//   conversion drops a closing bracket that finds no opening one, and a null element; the clause
+//   text shows a null element as "null".
 #pragma once
 
 #include <string>
