@@ -44,11 +44,10 @@ double Solver2d::FindAngle_0x(const Vector2& v) const {
         return 0.0;
     }
     if (std::fabs(v.y) < eps) return v.x < 0.0 ? pi : 0.0;
+    // Every quadrant with its axes: with a zero epsilon, an axis direction comes here too.
     const double a = std::atan2(std::fabs(v.y), std::fabs(v.x));
-    if (v.x < 0.0 && v.y > 0.0) return pi - a;
-    if (v.x < 0.0 && v.y < 0.0) return pi + a;
-    if (v.x > 0.0 && v.y < 0.0) return 2.0 * pi - a;
-    return a;
+    if (v.x < 0.0) return v.y < 0.0 ? pi + a : pi - a;
+    return v.y < 0.0 ? 2.0 * pi - a : a;
 }
 
 Solver2d::Relation Solver2d::GetRelation(const LAContour* first, const LAContour* second) const {

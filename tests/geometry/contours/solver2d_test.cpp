@@ -30,6 +30,10 @@ TEST(Solver2dTest, EqualityAndAxisSnappedAngles) {
     EXPECT_EQ(s.FindAngle_0x({0, 0}), 0.0);
     for (double a = 0.1; a < 2 * kPi; a += 0.7)
         EXPECT_NEAR(s.FindAngle_0x({std::cos(a), std::sin(a)}), a, 1e-12);
+    // With a zero epsilon nothing snaps, and the axes still point their own ways.
+    const Solver2d exact(0.0);
+    for (int k = 0; k < 4; ++k)
+        EXPECT_EQ(exact.FindAngle_0x({k % 2 ? 0.0 : 1.0 - k, k % 2 ? 2.0 - k : 0.0}), k * kPi / 2);
 }
 
 TEST(Solver2dTest, SegmentContacts) {
