@@ -61,8 +61,8 @@ Point2 LAS_NodeInfo::GetElementTangentialPoint(LAS_Element* e) const {
 }
 
 double LAS_NodeInfo::GetClockAngle(double a) const {
-    if (a >= 0.0 && a <= kPi / 2.0) return kPi / 2.0 - a;
-    return 5.0 * kPi / 2.0 - a;
+    // a lies in [0, 2π): one wrap brings 5π/2 - a into [0, 2π), exactly (fmod does not round).
+    return std::fmod(5.0 * kPi / 2.0 - a, kTwoPi);
 }
 
 double LAS_NodeInfo::GetClockAngle(const Point2& p) const {
