@@ -126,6 +126,7 @@ TEST(Solver2dTest, RelationCodes) {
     Solver2d s(kEps);
     const LAContour big = RectContour(0, 0, 10, 10), small = RectContour(2, 2, 4, 4);
     const LAContour disc = CircleContour({5, 5}, 2);
+    const LAContour halfDisc = {LAEdge({7, 5}, {5, 5}, kPi), LAEdge({3, 5})};
     // A notch: a region outside the first closed off by the first's own edges.
     const LAContour notched =
         Polygon({{0, 0}, {4, 0}, {4, 2}, {2, 1}, {2, 2}, {4, 2}, {4, 4}, {0, 4}});
@@ -146,6 +147,8 @@ TEST(Solver2dTest, RelationCodes) {
         {big, CircleContour({5, 2}, 2), Solver2d::Inside},  // touches the bottom side
         {big, CircleContour({10, 5}, 1), Solver2d::Crossing},
         {notched, Polygon({{2, 2}, {2, 1}, {4, 2}}), Solver2d::PartlyOnBoundary},
+        // The disc's lower half has the ends and centre of the half disc's arc, not its sweep.
+        {halfDisc, disc, Solver2d::PartlyOnBoundary},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i)
         EXPECT_EQ(s.GetRelation(&cases[i].first, &cases[i].second), cases[i].want) << i;
@@ -172,6 +175,10 @@ TEST(Solver2dTest, PointsAndPiecesOnContours) {
     EXPECT_EQ(s.GetSectorsInContour(nullptr, Sector2({0, 0}, {1, 0}), in), 0);
     EXPECT_TRUE(s.IsPointInContour({5, 5}, hole));
     EXPECT_FALSE(s.IsPointInContour({5, 7}, hole));
+    // An arc with a centre or sweep that is not a number bounds nothing.
+    LAContour square = RectContour(0, 0, 1, 1);
+    square[1] = LAEdge({1, 0}, {std::nan(""), 0.5}, kPi);
+    EXPECT_EQ(Solver2d::CurvesOf(square).size(), 3u);
 }
 
 }  // namespace
