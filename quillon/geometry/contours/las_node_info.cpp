@@ -80,8 +80,8 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     const double cb = GetClockAngle(tb);
     // Equal clock angles are always a tie, settled below: `>` and `>=` agree here.
     if (!solver->GetSolver2D().IsSameDirection(point, ta, ca, tb, cb))
-        return cb > ca;  // mutate: off
-    double ra = 0.0, rb = 0.0;
+        return cb > ca;         // mutate: off
+    double ra = 0.0, rb = 0.0;  // mutate: off (GetPointInfo sets them)
     int sa = 0, sb = 0;
     a->GetPointInfo(GetElementSecondEnd(a), ra, sa);
     b->GetPointInfo(GetElementSecondEnd(b), rb, sb);

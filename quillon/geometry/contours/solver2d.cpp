@@ -157,7 +157,7 @@ las_index::Box Solver2d::ContactBox(const SolverCurve& k) const {
     const las_index::Box b = las_detail::CurveBox(k);
     const double scale =
         std::max({std::fabs(b.x0), std::fabs(b.x1), std::fabs(b.y0), std::fabs(b.y1), 1.0});
-    return b.Grown(2.0 * eps + 1e-12 * scale);
+    return b.Grown(2.0 * eps + 1e-12 * scale);  // mutate: off (wider: only more candidates)
 }
 
 Point2 Solver2d::PointAlong(const SolverCurve& k, double t) { return las_detail::CurvePoint(k, t); }

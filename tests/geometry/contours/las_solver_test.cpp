@@ -98,12 +98,13 @@ TEST_F(LasSolverTest, FullCircleBecomesTwoHalfArcsAndDuplicatesMerge) {
 
 TEST_F(LasSolverTest, ArcThroughMiddlePoint) {
     LAS_Solver s(kEps);
-    const int b = s.AddPoint({1, 0}), e = s.AddPoint({-1, 0}), top = s.AddPoint({0, 1});
-    const int mid = s.AddPoint({std::cos(kPi / 4), std::sin(kPi / 4)});
-    // A half and a quarter arc: the centre is the crossing nearer to the right distance from the
-    // middle point.
-    for (const LAS_Arc& arc : {LAS_Arc(b, e, top, &s), LAS_Arc(b, top, mid, &s)}) {
-        EXPECT_NEAR(arc.GetSweep(), arc.GetEnd() == e ? kPi : kPi / 2, 1e-9);
+    const int b = s.AddPoint({1, 0});
+    // A half, a quarter and a 2.6 rad arc: the centre is the crossing nearer to the right distance
+    // from the middle point (for the last, the two lie 0.53 apart).
+    for (const double sweep : {kPi, kPi / 2, 2.6}) {
+        const int e = s.AddPoint({std::cos(sweep), std::sin(sweep)});
+        const LAS_Arc arc(b, e, s.AddPoint({std::cos(sweep / 2), std::sin(sweep / 2)}), &s);
+        EXPECT_NEAR(arc.GetSweep(), sweep, 1e-9);
         ASSERT_GE(arc.GetCenter(), 0);
         EXPECT_NEAR(arc.GetCenterPoint().distance({0, 0}), 0.0, 1e-9);
     }
@@ -438,6 +439,7 @@ TEST_F(LasSolverTest, RemovedPointsRenumberLineEndsButNotArcCentres) {
     EXPECT_EQ(s.GetPoint(2).y, 1.0);
     // Lookups still work after the renumbering.
     EXPECT_EQ(s.AddPoint({1, 1}), 2);
+    EXPECT_EQ(s.AddPoint({0, 0}), 0);
     EXPECT_EQ(s.AddLine({1, 1}, {1, 0}), 1);
     LAS_Solver t(kEps);
     t.AddPoint({9, 9});
