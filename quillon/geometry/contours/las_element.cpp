@@ -147,7 +147,7 @@ Point2 LAS_Arc::GetTangential(int otherEndIndex) {
     const bool fromBegin = otherEndIndex == end;
     const Point2 p = solver->GetPoint(fromBegin ? begin : end);
     const Point2 c = GetCenterPoint();
-    const bool ccw = fromBegin ? sweep > 0.0 : sweep < 0.0;
+    const bool ccw = fromBegin ? sweep > 0.0 : sweep < 0.0;  // mutate: off (no zero sweeps)
     // Where the tangent at p meets the ray from c turned by π/6 the arc's way: r·tan(π/6) along
     // the tangent, which is c - p turned by -90° (counter-clockwise) or +90°.
     const double k = ccw ? kTanTangentTurn : -kTanTangentTurn;

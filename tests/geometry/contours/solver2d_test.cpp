@@ -173,6 +173,7 @@ TEST(Solver2dTest, PointsAndPiecesOnContours) {
     EXPECT_FALSE(s.IsArcOnContour(Arc2(Circle2({5, 5}, 2.5), 1.0, 2.0), hole));
     std::vector<Sector2> in;
     EXPECT_EQ(s.GetSectorsInContour(nullptr, Sector2({0, 0}, {1, 0}), in), 0);
+    EXPECT_FALSE(s.IsPointOnContour({0, 0}, nullptr));
     EXPECT_TRUE(s.IsPointInContour({5, 5}, hole));
     EXPECT_FALSE(s.IsPointInContour({5, 7}, hole));
     // An arc with a centre or sweep that is not a number bounds nothing.
