@@ -371,7 +371,7 @@ void LAS_Solver::SplitEdges() {
     while (i < GetElementCount()) {
         if (SplitEdge(i) == 1)
             ++i;
-        else if (--splitBudget == 0)  // mutate: off (one step more of a guard against rounding)
+        else if (--splitBudget == 0)
             break;
     }
 }

@@ -44,6 +44,7 @@ TEST_F(LasSolverTest, ClosedContoursRepeatTheirFirstPointAsAZeroLengthClosingEdg
     EXPECT_EQ(s.AddLine({1, 0.5e-7}, {0, 0}), 0);
     EXPECT_EQ(s.AddLine({0, 0}, {0, 0.5e-7}), -1);
     EXPECT_EQ(s.GetNodeCount(), 4);
+    EXPECT_EQ(s.AddPoint({0, 1.5e-7}), 4);  // 1.5 epsilon from a corner: a node of its own
     Found r(s);
     ASSERT_EQ(r.closed.size(), 1u);
     EXPECT_TRUE(r.polylines.empty());
@@ -87,6 +88,7 @@ TEST_F(LasSolverTest, FullCircleBecomesTwoHalfArcsAndDuplicatesMerge) {
     EXPECT_EQ(s.AddArc({-1, 0}, {1, 0}, {0, 0}, -kPi + 5e-5), 0);
     EXPECT_EQ(s.AddArc({1, 0}, {1, 0}, {0, 0}, 1.0), -1);  // ends coincide
     EXPECT_EQ(s.AddArc({1, 0}, {0, 1}, {0, 0}, 0.0), -1);  // zero sweep
+    EXPECT_EQ(s.AddArc({1, 0}, {0, 1}, {0, 0}, 7.0), -1);  // beyond a turn
     Found r(s);
     ASSERT_EQ(r.closed.size(), 1u);
     EXPECT_NEAR(std::fabs(SignedArea(*r.closed[0])), kPi, 1e-12);
