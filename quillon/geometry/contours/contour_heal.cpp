@@ -34,8 +34,8 @@ bool Rebuild(const LAEdge& e, const Point2& from, const Point2& to, double eps, 
     const double turn = (from - c).angle(to - c);
     const double k = std::round((e.angle - turn) / kTwoPi);
     const double sweep = turn + kTwoPi * k;
-    if (!(sweep != 0.0) || (sweep > 0.0) != (e.angle > 0.0) || std::fabs(sweep) > kTwoPi)
-        return false;
+    // A zero sweep ends at `from`, which the end check below refuses; NaN fails the first test.
+    if (!(std::fabs(sweep) <= kTwoPi) || (sweep > 0.0) != (e.angle > 0.0)) return false;
     const LAEdge rebuilt(from, c, sweep);
     if (rebuilt.mid_arc().distance(e.mid_arc()) > tolerance) return false;
     if (rebuilt.end_arc().distance(to) > eps) return false;

@@ -89,15 +89,8 @@ int LAS_Solver::GetElementIndx(const LAS_Element* e) const {
     return static_cast<int>(it - elements.begin());
 }
 
-int LAS_Solver::GetNodeIndex(const LAS_NodeInfo* n) const {
-    if (n == nullptr) return -1;
-    if (n->index >= 0 && n->index < GetNodeCount() &&
-        nodes[static_cast<std::size_t>(n->index)].get() == n)
-        return n->index;
-    for (std::size_t i = 0; i < nodes.size(); ++i)
-        if (nodes[i].get() == n) return static_cast<int>(i);
-    return -1;
-}
+// Nodes get their index when added and again whenever unused nodes are erased (RebuildIndexes).
+int LAS_Solver::GetNodeIndex(const LAS_NodeInfo* n) const { return n == nullptr ? -1 : n->index; }
 
 void LAS_Solver::AddBaseContour(LAS_Contour* c) {
     if (c != nullptr) baseContours.emplace_back(c);
@@ -316,7 +309,9 @@ void LAS_Solver::DeleteElement(LAS_Element* e) {
 bool LAS_Solver::SplitElementAt(LAS_Element* e, const Point2& p) {
     if (e->GetType() == LAS_Element::Line) {
         Sector2 a, b;
-        if (!static_cast<LAS_Line*>(e)->Split(p, a, b)) return false;
+        // Never refused from SplitPair: a contact lies within eps of the line (the test SplitLine
+        // repeats) and is not one of its ends there.
+        if (!static_cast<LAS_Line*>(e)->Split(p, a, b)) return false;  // mutate: off (see above)
         AddLine(a);
         AddLine(b);
     } else {

@@ -9,7 +9,7 @@ namespace quillon {
 namespace {
 
 constexpr double kSweepTolerance = 0.0001;  // arc sweeps and midpoints are compared with this
-constexpr double kTangentTurn = 0.5235987755982988;  // π/6
+constexpr double kTanTangentTurn = 0.5773502691896257;  // tan(π/6)
 
 // 1 with the two pieces of a split, 0 when the split did not give two.
 template <typename Piece>
@@ -147,18 +147,11 @@ Point2 LAS_Arc::GetTangential(int otherEndIndex) {
     const bool fromBegin = otherEndIndex == end;
     const Point2 p = solver->GetPoint(fromBegin ? begin : end);
     const Point2 c = GetCenterPoint();
-    const bool ccw = fromBegin ? sweep > 0.0 : sweep < 0.0;
-    const double turn = ccw ? kTangentTurn : -kTangentTurn;
-    const double s = std::sin(turn), co = std::cos(turn);
-    const Vector2 cp = p - c;
-    const Vector2 cq(cp.x * co - cp.y * s, cp.x * s + cp.y * co);
-    // Tangent at p: p + u·t with t = (c - p) turned by +90°; ray from c: c + v·cq.
-    const Vector2 t(-(c.y - p.y), c.x - p.x);
-    const double det = cq.x * (-t.y) - cq.y * (-t.x);
-    if (det == 0.0) return p;
-    const Vector2 rhs = p - c;
-    const double v = (rhs.x * (-t.y) - rhs.y * (-t.x)) / det;
-    return {c.x + v * cq.x, c.y + v * cq.y};
+    const bool ccw = fromBegin ? sweep > 0.0 : sweep < 0.0;  // mutate: off (no zero sweeps)
+    // Where the tangent at p meets the ray from c turned by π/6 the arc's way: r·tan(π/6) along
+    // the tangent, which is c - p turned by -90° (counter-clockwise) or +90°.
+    const double k = ccw ? kTanTangentTurn : -kTanTangentTurn;
+    return {p.x - k * (p.y - c.y), p.y + k * (p.x - c.x)};
 }
 
 Point2 LAS_Arc::GetPointInfo(int otherEndIndex, double& radius, int& side) {

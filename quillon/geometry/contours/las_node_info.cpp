@@ -61,8 +61,8 @@ Point2 LAS_NodeInfo::GetElementTangentialPoint(LAS_Element* e) const {
 }
 
 double LAS_NodeInfo::GetClockAngle(double a) const {
-    if (a >= 0.0 && a <= kPi / 2.0) return kPi / 2.0 - a;
-    return 5.0 * kPi / 2.0 - a;
+    // a lies in [0, 2π): one wrap brings 5π/2 - a into [0, 2π), exactly (fmod does not round).
+    return std::fmod(5.0 * kPi / 2.0 - a, kTwoPi);
 }
 
 double LAS_NodeInfo::GetClockAngle(const Point2& p) const {
@@ -80,8 +80,8 @@ bool LAS_NodeInfo::IsNextClockWise(LAS_Element* a, LAS_Element* b) const {
     const double cb = GetClockAngle(tb);
     // Equal clock angles are always a tie, settled below: `>` and `>=` agree here.
     if (!solver->GetSolver2D().IsSameDirection(point, ta, ca, tb, cb))
-        return cb > ca;  // mutate: off
-    double ra = 0.0, rb = 0.0;
+        return cb > ca;         // mutate: off
+    double ra = 0.0, rb = 0.0;  // mutate: off (GetPointInfo sets them)
     int sa = 0, sb = 0;
     a->GetPointInfo(GetElementSecondEnd(a), ra, sa);
     b->GetPointInfo(GetElementSecondEnd(b), rb, sb);

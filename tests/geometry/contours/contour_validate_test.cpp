@@ -40,8 +40,15 @@ TEST(ContourValidateTest, EachProblemIsFoundWithItsPathAndPlace) {
     } cases[] = {
         {"hole outside", C(S(kSquare, H(L"(L 20 20)(L 30 20)(L 30 30)"))), HoleOutside, hole},
         {"hole across", C(S(kSquare, H(L"(L 5 5)(L 15 5)(L 15 8)"))), HoleOutside, hole},
+        // Out by 1.5 eps between crossings 1.5 eps short of its corners: one edge shows it.
+        {"hole just outside",
+         C(S(kSquare, H(L"(L 4 5)(L 4 10.00000015)(L 6 10.00000015)(L 6 5)(L 6 3)(L 4 3)"))),
+         HoleOutside, hole},
         {"bow-tie", C(S(L"(L 0 0)(L 10 0)(L 0 10)(L 10 10)")), SelfCrossing, outer},
         {"vertex passed twice", C(S(L"(L 0 0)(L 10 0)(L 5 5)(L 0 10)(L 10 10)(L 5 5)")),
+         SelfCrossing, outer},
+        {"arc crossing the edge before it",
+         C(S(L"(L -2 0)(A 0 0 1 0 -3.9269908169872414)(L -0.7071067811865476 0.7071067811865476)")),
          SelfCrossing, outer},
         {"spike", C(S(L"(L 0 0)(L 10 0)(L 0 0)(L 0 10)(L -5 5)")), SelfCrossing, outer},
         {"folding back", C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 10 5)(L 0 10)")), SelfCrossing, outer},
@@ -135,6 +142,8 @@ TEST(ContourValidateTest, TouchingIslandsAndPinchedOutlinesAreValid) {
         C(S(L"(L 0 0)(L 10 0)(L 10 10)(L 0 10)(L 0 0)")),          // zero closing edge
         C(S(L"(L 0 0)(A 10 0 0 0 1)(L 10 0)(L 10 10)(L 0 10)")),   // arc of no radius
         C(S(quarter + L"(L 0 0.5)")),                              // collinear corner
+        // A sharp corner cut by an edge shorter than eps: its edges cross 1.8 eps from it.
+        C(S(L"(L -1 0)(L 0 0)(L 0 9e-8)(L -1 -0.5)")),
         C(S(L"(A 0 0 2 0 3.141592653589793)(A 0 0 2 3.141592653589793 3.141592653589793)",
             H(L"(A 0 0 1 0 -6.283185307179586)"))),  // annulus
     };

@@ -30,6 +30,10 @@ TEST(Solver2dTest, EqualityAndAxisSnappedAngles) {
     EXPECT_EQ(s.FindAngle_0x({0, 0}), 0.0);
     for (double a = 0.1; a < 2 * kPi; a += 0.7)
         EXPECT_NEAR(s.FindAngle_0x({std::cos(a), std::sin(a)}), a, 1e-12);
+    // With a zero epsilon nothing snaps, and the axes still point their own ways.
+    const Solver2d exact(0.0);
+    for (int k = 0; k < 4; ++k)
+        EXPECT_EQ(exact.FindAngle_0x({k % 2 ? 0.0 : 1.0 - k, k % 2 ? 2.0 - k : 0.0}), k * kPi / 2);
 }
 
 TEST(Solver2dTest, SegmentContacts) {
@@ -122,6 +126,7 @@ TEST(Solver2dTest, RelationCodes) {
     Solver2d s(kEps);
     const LAContour big = RectContour(0, 0, 10, 10), small = RectContour(2, 2, 4, 4);
     const LAContour disc = CircleContour({5, 5}, 2);
+    const LAContour halfDisc = {LAEdge({7, 5}, {5, 5}, kPi), LAEdge({3, 5})};
     // A notch: a region outside the first closed off by the first's own edges.
     const LAContour notched =
         Polygon({{0, 0}, {4, 0}, {4, 2}, {2, 1}, {2, 2}, {4, 2}, {4, 4}, {0, 4}});
@@ -142,6 +147,8 @@ TEST(Solver2dTest, RelationCodes) {
         {big, CircleContour({5, 2}, 2), Solver2d::Inside},  // touches the bottom side
         {big, CircleContour({10, 5}, 1), Solver2d::Crossing},
         {notched, Polygon({{2, 2}, {2, 1}, {4, 2}}), Solver2d::PartlyOnBoundary},
+        // The disc's lower half has the ends and centre of the half disc's arc, not its sweep.
+        {halfDisc, disc, Solver2d::PartlyOnBoundary},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i)
         EXPECT_EQ(s.GetRelation(&cases[i].first, &cases[i].second), cases[i].want) << i;
@@ -166,8 +173,13 @@ TEST(Solver2dTest, PointsAndPiecesOnContours) {
     EXPECT_FALSE(s.IsArcOnContour(Arc2(Circle2({5, 5}, 2.5), 1.0, 2.0), hole));
     std::vector<Sector2> in;
     EXPECT_EQ(s.GetSectorsInContour(nullptr, Sector2({0, 0}, {1, 0}), in), 0);
+    EXPECT_FALSE(s.IsPointOnContour({0, 0}, nullptr));
     EXPECT_TRUE(s.IsPointInContour({5, 5}, hole));
     EXPECT_FALSE(s.IsPointInContour({5, 7}, hole));
+    // An arc with a centre or sweep that is not a number bounds nothing.
+    LAContour square = RectContour(0, 0, 1, 1);
+    square[1] = LAEdge({1, 0}, {std::nan(""), 0.5}, kPi);
+    EXPECT_EQ(Solver2d::CurvesOf(square).size(), 3u);
 }
 
 }  // namespace
