@@ -65,6 +65,8 @@ public:
 
     // Angle of v from +x in [0, 2π). Within epsilon of an axis the exact axis angle is given:
     // |x| < eps gives 3π/2 (y < 0), π/2 (y > 0) or 0; otherwise |y| < eps gives π (x < 0) or 0.
+    // With a zero epsilon nothing snaps, and an axis direction still gets its own angle (−x is π,
+    // −y is 3π/2), not the angle of the quadrant before it.
     double FindAngle_0x(const Vector2& v) const;
 
     // Relation code of `second` with respect to `first` (see Relation). Decided by splitting the
