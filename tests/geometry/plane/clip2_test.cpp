@@ -30,22 +30,17 @@ TEST(Clip2, ValidityIsDecidedLazilyAndRejectsContradictions) {
     EXPECT_TRUE(bad.is_valid());
 }
 
-TEST(Clip2, OutcodesAndHalfPlane) {
+TEST(Clip2, LimitsAreInsideAndUnsetLimitsDoNotClip) {
     Clip2 c(0, 1, 0, 1);
-    EXPECT_EQ(c.point_code(Point2(-1, -1)), 1 + 4);
-    EXPECT_EQ(c.point_code(Point2(2, 2)), 2 + 8);
     for (const Point2 p : {Point2(0, 0.5), Point2(1, 0.5), Point2(0.5, 0), Point2(0.5, 1)})
-        EXPECT_EQ(c.point_code(p), 0);  // on the limits: inside
-
+        EXPECT_EQ(c.point_code(p), 0);
     Clip2 half;
     half.set_xL(0.0);
     EXPECT_TRUE(half.clip_point(Point2(0, -1e9)));
     EXPECT_FALSE(half.clip_point(Point2(-1e-9, 0)));
     Point2 p(-2, 0), q(2, 4);
     ASSERT_TRUE(half.clip_line(p, q));
-    EXPECT_DOUBLE_EQ(p.x, 0.0);
-    EXPECT_DOUBLE_EQ(p.y, 2.0);
-    EXPECT_EQ(q.x, 2.0);
+    EXPECT_TRUE(Same(p, Point2(0, 2)) && Same(q, Point2(2, 4)));
 }
 
 TEST(Clip2, SegmentsKeepTheCallersOrderAndRejectedOnesKeepAnyClippingDone) {
