@@ -184,15 +184,16 @@ bool Contour2::Contains(const Segment2& s, bool exclude_boundary) const {
     }
     std::sort(u.begin(), u.end());
     const double len = s.Length();
-    for (std::size_t k = 1; k < u.size(); ++k) {
-        const double lo = std::clamp(u[k - 1], 0.0, 1.0), hi = std::clamp(u[k], 0.0, 1.0);
-        if ((hi - lo) * len <= tol) continue;
+    // A piece between two neighbouring cuts meets no edge, so its middle places all of it.
+    auto outside = [&](double a, double b) {
+        const double lo = std::clamp(a, 0.0, 1.0), hi = std::clamp(b, 0.0, 1.0);
+        if ((hi - lo) * len <= tol) return false;
         const double mid = (lo + hi) / 2.0;
         const Point2 p(s.first.x + mid * (s.second.x - s.first.x),
                        s.first.y + mid * (s.second.y - s.first.y));
-        if (!Contains(p, false)) return false;
-    }
-    return true;
+        return !Contains(p, false);
+    };
+    return std::adjacent_find(u.begin(), u.end(), outside) == u.end();
 }
 
 bool Contour2::Contains(const Contour2& c, bool exclude_boundary) const {
