@@ -165,7 +165,7 @@ bool Contour2::Contains(const Segment2& s, bool exclude_boundary) const {
     if (pts.size() < 3) return false;
     if (!Contains(s.first, exclude_boundary) || !Contains(s.second, exclude_boundary)) return false;
     const Segment2 seg(s.first, s.second, tol);
-    short count = 0;
+    short count = 0;  // mutate: off (set by SegmentIntersection before any use)
     Mvector<Point2> hits;
     const short code = SegmentIntersection(seg, count, &hits);
     if (exclude_boundary) return code == 0;
