@@ -115,6 +115,7 @@ TEST(BoundRect2, PointsUnionsAndEmptiness) {
     EXPECT_FALSE(b.get_rect(lb, rt) || static_cast<bool>(empty + empty));
     EXPECT_EQ(lb.x, 7.0);
     b.point(-2, 8).point(Point2(4, -1)) << Point2(1, 5);
+    EXPECT_TRUE(b.get_rect(lb, rt) && lb.x == -2.0 && rt.y == 8.0);
     other.circle(Point2(10, 0), 0.5);
     ExpectBox(other, Point2(9.5, -0.5), Point2(10.5, 0.5));
     BoundRect2 all = empty + b + other + empty;

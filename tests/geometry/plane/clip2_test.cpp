@@ -33,8 +33,10 @@ TEST(Clip2, ValidityIsDecidedLazilyAndRejectsContradictions) {
     EXPECT_TRUE(bad.is_valid());
 }
 
-TEST(Clip2, LimitsAreInsideAndUnsetLimitsDoNotClip) {
+TEST(Clip2, OutcodesLimitsInsideAndUnsetLimitsDoNotClip) {
     Clip2 c(0, 1, 0, 1);
+    EXPECT_EQ(c.point_code(Point2(-1, -1)), 1 + 4);
+    EXPECT_EQ(c.point_code(Point2(2, 2)), 2 + 8);
     for (const Point2 p : {Point2(0, 0.5), Point2(1, 0.5), Point2(0.5, 0), Point2(0.5, 1)})
         EXPECT_EQ(c.point_code(p), 0);
     Clip2 half;

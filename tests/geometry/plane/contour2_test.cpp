@@ -265,6 +265,9 @@ TEST(Contour2, HullExtremesAndCleanUp) {
     const Contour2 ring({{0, 0}, {1, 0}, {2, 0}, {2, 2}, {1, 1}, {0, 2}}, 0.0);
     EXPECT_EQ(ring.ConvexHullIndexList(), (std::vector<std::size_t>{0, 2, 3, 5}));
     EXPECT_EQ(Contour2({{1, 1}, {1, 1}}, 0.0).ConvexHullIndexList().size(), 1u);
+    // A vertex less than tol outside a hull edge is left out too.
+    EXPECT_EQ(Contour2({{0, 0}, {5, -0.3}, {10, 0}, {5, 5}}, 0.5).ConvexHullIndexList(),
+              (std::vector<std::size_t>{0, 2, 3}));
     Contour2 dup({{0, 0}, {0, 0}, {1, 0}, {1, 1e-12}, {1, 1}, {0, 1}, {0, 0}}, 1e-9);
     EXPECT_EQ(dup.RemoveDuplicates(), 3u);
     EXPECT_EQ(dup.Length(), 4);
@@ -296,6 +299,8 @@ TEST(Contour2, AddIntersectionPointsSharesContactVertices) {
     EXPECT_TRUE(SamePoint(b[1], {2, 1}) && SamePoint(b[5], {1, 2}));
     EXPECT_EQ(a.Length() + b.Length(), 12);
     EXPECT_EQ(MATH_AddIntersectionPoints(a, b), 0u);  // nothing left to add
+    Contour2 dot({{1, 0}}, 1e-10);
+    EXPECT_EQ(MATH_AddIntersectionPoints(a, dot), 0u);  // no edge to meet
     // Overlapping edges: the ends of each inside the other are shared.
     Contour2 c(Square(0, 0, 4), 1e-10), d({{1, 4}, {3, 4}, {3, 6}, {1, 6}}, 1e-10);
     EXPECT_EQ(MATH_AddIntersectionPoints(c, d), 2u);
@@ -354,6 +359,10 @@ TEST(Contour2Triangulate, ConcaveClockwiseCollinearRepeatedAndHoles) {
     EXPECT_EQ(ExpectTiling(u, {}), 6u);
     ExpectTiling(runs, {});
     ExpectTiling(box, {h1, h2, h3});
+    // Holes touching the outline at one vertex: the ring meets itself there.
+    ExpectTiling({{4, 0}, {6, 2}, {7, 4}, {2, 7}, {3, 5}}, {{{4.5, 5}, {4, 2}, {6, 2}}});
+    ExpectTiling({{0, 0}, {3, 0}, {2, 3}, {1, 3}, {0, 3}}, {{{1, 3}, {2, 1.5}, {1, 1}}});
+    ExpectTiling({{0, 2}, {1, 0}, {3, 0}, {3, 3}, {1, 4}, {1, 3}}, {{{2, 3}, {1, 4}, {1, 1.5}}});
     Mmatrix<std::size_t> tris;
     EXPECT_FALSE(Contour2({{0, 0}, {1, 1}, {2, 2}}, 1e-10).Triangulate(tris));
     EXPECT_TRUE(tris.empty());
