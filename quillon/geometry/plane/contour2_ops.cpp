@@ -132,7 +132,7 @@ std::size_t Contour2::RemoveDuplicates() {
 std::pair<Point2, bool> Contour2::GetMiddleUniquePoint() const {
     Mmatrix<std::size_t> tris;
     if (!Triangulate(tris)) return {Point2(), false};
-    double best = -1.0;
+    double best = 0.0;  // every triangle of a triangulation has some area
     Point2 out;
     for (const auto& t : tris) {
         Point2 a = pts[t[0]], b = pts[t[1]], c = pts[t[2]];
