@@ -132,7 +132,7 @@ std::size_t Contour2::RemoveDuplicates() {
 std::pair<Point2, bool> Contour2::GetMiddleUniquePoint() const {
     Mmatrix<std::size_t> tris;
     if (!Triangulate(tris)) return {Point2(), false};
-    double best = -1.0;
+    double best = 0.0;  // every triangle of a triangulation has some area
     Point2 out;
     for (const auto& t : tris) {
         Point2 a = pts[t[0]], b = pts[t[1]], c = pts[t[2]];
@@ -165,7 +165,7 @@ bool Contour2::Contains(const Segment2& s, bool exclude_boundary) const {
     if (pts.size() < 3) return false;
     if (!Contains(s.first, exclude_boundary) || !Contains(s.second, exclude_boundary)) return false;
     const Segment2 seg(s.first, s.second, tol);
-    short count = 0;
+    short count = 0;  // mutate: off (set by SegmentIntersection before any use)
     Mvector<Point2> hits;
     const short code = SegmentIntersection(seg, count, &hits);
     if (exclude_boundary) return code == 0;
@@ -184,15 +184,16 @@ bool Contour2::Contains(const Segment2& s, bool exclude_boundary) const {
     }
     std::sort(u.begin(), u.end());
     const double len = s.Length();
-    for (std::size_t k = 1; k < u.size(); ++k) {
-        const double lo = std::clamp(u[k - 1], 0.0, 1.0), hi = std::clamp(u[k], 0.0, 1.0);
-        if ((hi - lo) * len <= tol) continue;
+    // A piece between two neighbouring cuts meets no edge, so its middle places all of it.
+    auto outside = [&](double a, double b) {
+        const double lo = std::clamp(a, 0.0, 1.0), hi = std::clamp(b, 0.0, 1.0);
+        if ((hi - lo) * len <= tol) return false;
         const double mid = (lo + hi) / 2.0;
         const Point2 p(s.first.x + mid * (s.second.x - s.first.x),
                        s.first.y + mid * (s.second.y - s.first.y));
-        if (!Contains(p, false)) return false;
-    }
-    return true;
+        return !Contains(p, false);
+    };
+    return std::adjacent_find(u.begin(), u.end(), outside) == u.end();
 }
 
 bool Contour2::Contains(const Contour2& c, bool exclude_boundary) const {

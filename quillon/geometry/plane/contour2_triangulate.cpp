@@ -122,9 +122,12 @@ private:
         bool inside = false;
         const double px = (a->x + b->x) / 2.0, py = (a->y + b->y) / 2.0;
         do {
-            if (((p->y > py) != (p->next->y > py)) && p->next->y != p->y &&
-                (px < (p->next->x - p->x) * (py - p->y) / (p->next->y - p->y) + p->x))
-                inside = !inside;
+            if ((p->y > py) != (p->next->y > py)) {  // so the edge is not level either
+                const double x = (p->next->x - p->x) * (py - p->y) / (p->next->y - p->y) + p->x;
+                // A middle on an edge would make the diagonal touch that edge (refused as a
+                // crossing) or run along it (a collinear vertex, filtered out before).
+                if (px < x) inside = !inside;  // mutate: off (a middle on an edge, see above)
+            }
             p = p->next;
         } while (p != a);
         return inside;

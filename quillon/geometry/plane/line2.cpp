@@ -302,8 +302,8 @@ bool Sector2::contains(const Point2& p, double tol, bool exclude_ends) const {
 }
 
 std::pair<Point2, bool> Sector2::intersection(const Line2& l, double tol) const {
+    // A degenerate segment or line is refused by Line2::intersection itself ({_OO, false}).
     tol = Tol(tol);
-    if (!has_length() || !l.is_line()) return {Point2::_OO, false};
     auto r = ln.intersection(l, tol);
     if (r.second && (r.first - beg) * (end - r.first) < -tol) r.second = false;
     return r;
@@ -311,8 +311,7 @@ std::pair<Point2, bool> Sector2::intersection(const Line2& l, double tol) const 
 
 std::pair<Point2, bool> Sector2::intersection(const Sector2& s, double tol) const {
     tol = Tol(tol);
-    if (!has_length() || !s.has_length()) return {Point2::_OO, false};
-    auto r = ln.intersection(s.ln, -1.0);
+    auto r = ln.intersection(s.ln, -1.0);  // refuses a degenerate segment on either side
     const double limit = -tol * tol;
     if (r.second && ((r.first - beg) * (end - r.first) < limit ||
                      (r.first - s.beg) * (s.end - r.first) < limit)) {
@@ -322,8 +321,7 @@ std::pair<Point2, bool> Sector2::intersection(const Sector2& s, double tol) cons
 }
 
 std::pair<Point2, bool> Sector2::intersection(const Ray2& r) const {
-    if (!has_length() || !r.is_ray()) return {Point2::_OO, false};
-    auto x = ln.intersection(r.line());
+    auto x = ln.intersection(r.line());  // refuses a degenerate segment or ray
     if (x.second &&
         ((x.first - beg) * (end - x.first) < 0.0 || (x.first - r.start()) * r.direction() < 0.0)) {
         x.second = false;

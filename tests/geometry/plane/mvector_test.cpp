@@ -7,26 +7,24 @@
 namespace quillon {
 namespace {
 
-TEST(Mvector, ConstructorsAndNamedEdits) {
+// Indices outside the vector make the named edits do nothing, except Insert, which appends.
+TEST(Mvector, NamedEditsAndOutOfRangeIndices) {
     const int raw[] = {1, 2, 3};
     Mvector<int> a(raw, 3);
     EXPECT_TRUE(Mvector<int>(nullptr, 4).empty());
-    a.Add(4);
     a.Add(Mvector<int>(std::vector<int>{4, 5}));
-    a.Add(a);  // appending itself doubles it
-    EXPECT_EQ(a.Size(), 12u);
-    a.Erase(6, 100);  // clamped range
-    EXPECT_EQ(a, (std::vector<int>{1, 2, 3, 4, 4, 5}));
+    a.Add(a);         // appending itself doubles it
+    a.Erase(5, 100);  // clamped range
     a.Insert(0, 0);
-    a.Insert(99, 9);  // past the end appends
+    a.Insert(99, 9);
     a.Replace(1, 10);
-    a.Replace(99, 11);  // ignored
+    a.Replace(99, 11);
     a.Erase(99);
-    EXPECT_EQ(a, (std::vector<int>{0, 10, 2, 3, 4, 4, 5, 9}));
+    EXPECT_EQ(a, (std::vector<int>{0, 10, 2, 3, 4, 5, 9}));
     a.Erase(1);
     a.Erase(2, 4);
     a.Reverse();
-    EXPECT_EQ(a, (std::vector<int>{9, 5, 4, 2, 0}));
+    EXPECT_EQ(a, (std::vector<int>{9, 5, 2, 0}));
     EXPECT_EQ(Mmatrix<double>(3, 2, 1.5)[2], (std::vector<double>{1.5, 1.5}));
 }
 

