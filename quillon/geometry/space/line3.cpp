@@ -20,14 +20,7 @@ Line3& Line3::set(const Point3& p, const Vector3& v) {
     return *this;
 }
 
-Line3& Line3::set() {
-    org.zero();
-    dir.zero();
-    len2 = len = 0.0;
-    state = -1;
-    root_known = false;
-    return *this;
-}
+Line3& Line3::set() { return *this = Line3(tol); }
 
 bool Line3::is_line() const {
     if (state == 0) {

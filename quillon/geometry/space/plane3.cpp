@@ -23,14 +23,7 @@ Plane3& Plane3::set(const Vector3& normal, double offset) {
     return *this;
 }
 
-Plane3& Plane3::set() {
-    n.zero();
-    d = 0.0;
-    norm2 = norm = 0.0;
-    state = -1;
-    root_known = false;
-    return *this;
-}
+Plane3& Plane3::set() { return *this = Plane3(); }
 
 Plane3& Plane3::reset(signed char s) {
     state = s;
