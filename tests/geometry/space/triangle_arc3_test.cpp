@@ -241,6 +241,9 @@ TEST(SpaceRelations, CollinearCoplanarAndPolygonNormals) {
     const Point3 row[] = {{0, 0, 0}, {1, 1, 0}, {4, 4, 0}, {2, 2, 1e-11}, {-1, -1, 0}, {2, 2.1, 0}};
     EXPECT_TRUE(Collinear(row, 5) && Collinear(nullptr, 5) && Collinear(row, 1));
     EXPECT_FALSE(Collinear(row, 6));
+    // Measured from the line to the farthest point, not to the last far one.
+    const Point3 zigzag[] = {{0, 0, 0}, {100, 0, 0}, {5, -0.009, 0}, {10, 0.009, 0}};
+    EXPECT_TRUE(Collinear(zigzag, 4, 0.01));
 
     const Point3 a(0, 0, 0), b(2, 0, 0), c(0, 2, 0);
     EXPECT_TRUE(Coplanar(a, b, c, Point3(1, 1, 5e-11)));
