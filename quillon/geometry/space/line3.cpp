@@ -28,7 +28,7 @@ bool Line3::is_line() const {
         const double e = get_tol();
         state = e * e > len2 || std::isnan(len2) ? -1 : 1;  // mutate: off (at the tolerance)
     }
-    return state > 0;
+    return state > 0;  // mutate: off (the state is -1 or 1 here)
 }
 
 double Line3::denom_2() const {

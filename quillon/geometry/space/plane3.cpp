@@ -37,7 +37,7 @@ bool Plane3::is_plane() const {
         norm2 = n * n;
         state = kZero2 > norm2 || std::isnan(norm2) ? -1 : 1;
     }
-    return state > 0;
+    return state > 0;  // mutate: off (the state is -1 or 1 here)
 }
 
 double Plane3::denom_2() const {
@@ -137,7 +137,9 @@ bool Plane3::contains(const Line3& l, double e) const {
 }
 
 std::pair<Line3, bool> Plane3::intersection(const Plane3& pl) const {
-    if (!is_plane() || !pl.is_plane()) return {Line3(), false};
+    // Without the guard a degenerate plane would still give no line: its zero root makes the
+    // normals NaN, and the frame below undefined.
+    if (!is_plane() || !pl.is_plane()) return {Line3(), false};  // mutate: off (see above)
     const double s1 = denom_s(), s2 = pl.denom_s();
     const Vector3 n1 = n / s1, n2 = pl.n / s2;
     const double d1 = d / s1, d2 = pl.d / s2;
