@@ -194,13 +194,17 @@ TEST(Sector3, ContainmentDistanceAndMeetingPoints) {
     EXPECT_FALSE(s.intersection(x2, -1, true).second);
 
     // Crossing, skew, apart, collinear touching.
-    ExpectNear(s.intersection(Sector3(Point3(1, -1, 0), Point3(1, 1, 0))).first, Point3(1, 0, 0));
+    const auto cross = s.intersection(Sector3(Point3(1, -1, 0), Point3(1, 1, 0)));
+    EXPECT_TRUE(cross.second);
+    ExpectNear(cross.first, Point3(1, 0, 0));
     EXPECT_FALSE(s.intersection(Sector3(Point3(1, -1, 1e-6), Point3(1, 1, 1e-6))).second);
     EXPECT_TRUE(s.intersection(Sector3(Point3(1, -1, 1e-6), Point3(1, 1, 1e-6)), 1e-5).second);
     EXPECT_FALSE(s.intersection(Sector3(Point3(1, -1, 1e-12), Point3(1, 1, 1e-12)), 0.0).second)
         << "a tolerance of zero is taken as given";
     EXPECT_FALSE(s.intersection(Sector3(Point3(3, -1, 0), Point3(3, 1, 0))).second);
-    ExpectNear(s.intersection(Sector3(Point3(2, 0, 0), Point3(5, 0, 0))).first, s.end, 0.0);
+    const auto touch = s.intersection(Sector3(Point3(2, 0, 0), Point3(5, 0, 0)));
+    EXPECT_TRUE(touch.second);
+    ExpectNear(touch.first, s.end, 0.0);
     EXPECT_FALSE(s.intersection(Sector3(Point3(2, 0, 0), Point3(5, 0, 0)), -1, true).second);
 }
 
