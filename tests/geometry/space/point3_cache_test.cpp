@@ -2,7 +2,6 @@
 
 #include "quillon/geometry/space/detail/box_tree.h"
 #include "quillon/geometry/space/detail/point_pool.h"
-#include "quillon/geometry/space/detail/ring2.h"
 
 #include <gtest/gtest.h>
 
@@ -110,15 +109,6 @@ TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
         EXPECT_EQ(cache->GetEps(), eps);
         EXPECT_EQ(cache->Add(a), 0u);
     }
-}
-
-// A point in a notch of an L lies off its boundary, also where an edge's line runs through it.
-TEST(Ring2, BoundaryInsideAndOut) {
-    const detail::Ring2 ell({{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}});
-    EXPECT_FALSE(ell.onBoundary(Point2(0.5, 1), 0.1));
-    EXPECT_TRUE(ell.inside(Point2(0.5, 1)));
-    EXPECT_TRUE(ell.onBoundary(Point2(1.5, 1.05), 0.1));
-    EXPECT_FALSE(ell.inside(Point2(1.5, 1.5)));
 }
 
 // The boolean's working points: the earliest point within the tolerance, as a plain scan finds it.

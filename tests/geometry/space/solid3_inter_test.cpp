@@ -301,18 +301,5 @@ TEST(Solid3Inter, AHoleOfThreeCornersStaysAHole) {
     EXPECT_NEAR(Volume(cut.solid), 16 - 2 - 2, 1e-12);
 }
 
-TEST(Solid3Inter, IdenticalAndNestedSolids) {
-    const Solid3 a = Box({0, 0, 0}, {2, 2, 2});
-    const Outcome none = Boolean(a, Box({0, 0, 0}, {2, 2, 2}), BOOL_SUBTRACT);
-    ASSERT_TRUE(none.ok);
-    EXPECT_TRUE(none.solid.Face().empty());
-    // A cavity: the result has an outer and an inner surface.
-    const Outcome hollow = Boolean(a, Box({0.5, 0.5, 0.5}, {1.5, 1.5, 1.5}), BOOL_SUBTRACT);
-    ASSERT_TRUE(hollow.ok);
-    EXPECT_TRUE(Closed(hollow.solid));
-    EXPECT_EQ(hollow.solid.Face().size(), 12u);
-    EXPECT_NEAR(Volume(hollow.solid), 7.0, 1e-12);
-}
-
 }  // namespace
 }  // namespace quillon

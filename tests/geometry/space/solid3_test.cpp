@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <initializer_list>
-#include <memory>
 #include <numbers>
 #include <random>
 #include <utility>
@@ -65,25 +64,6 @@ TEST(Solid3, GetVertexIndLastAddedWithinEpsWinsAsTheBackwardScan) {
             if (i % 211 == 0) solid = Solid3(solid);
         }
     }
-}
-
-TEST(Solid3, ShiftByIsometryMovesVerticesAndLeavesNormalsUntouched) {
-    Solid3 s;
-    s.AddVertex(Point3(1, 0, 0));
-    s.AddVertex(Point3(0, 2, 0));
-    s.AddNormal(Vector3(1, 0, 0), false);
-    s.AddFace(Face3(Loop{0, 1, 0}));
-    s.Face()[0].normal = Vector3(0, 0, 1);
-    const Isometry3 iso(Rotate3(Rotate3_Z(std::numbers::pi / 2)), Translate3(0, 0, 5));
-    // As an item: a clone owned by the caller, moved through the base.
-    const std::unique_ptr<GeometricItem3> item(s.Clone());
-    *item <<= iso;
-    s <<= iso;
-    EXPECT_EQ(item->GetSolid(), s);
-    EXPECT_LT(s.Vertex()[0].point.distance(Point3(0, 1, 5)), 1e-15);
-    EXPECT_EQ(s.Normal()[0], Normal3(Vector3(1, 0, 0)));
-    EXPECT_EQ(s.Face()[0].normal.length(), 0.0) << "cached face normals are derived data";
-    EXPECT_EQ(s.GetVertexInd(Point3(-2, 0, 5)), 1u) << "found where it now is";
 }
 
 TEST(Solid3, GenCuboidFromTwoRingsAppendsExactlyTheListedPrism) {
