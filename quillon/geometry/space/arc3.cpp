@@ -122,7 +122,9 @@ bool Arc3::GetExtents(Point3& min, Point3& max) const {
         if (phi < 0.0) phi += kTwoPi;
         double opposite = phi + std::numbers::pi;
         if (opposite >= kTwoPi) opposite -= kTwoPi;
-        if (phi <= sweep) hi.tab()[k] = std::max(hi.tab()[k], centre.tab()[k] + radius * amp);
+        // At phi = sweep the extreme is the end, taken already: < and <= agree.
+        if (phi <= sweep)  // mutate: off (see above)
+            hi.tab()[k] = std::max(hi.tab()[k], centre.tab()[k] + radius * amp);
         if (opposite <= sweep) lo.tab()[k] = std::min(lo.tab()[k], centre.tab()[k] - radius * amp);
     }
     min = lo;
@@ -196,7 +198,8 @@ Arc3::Hits Arc3::Intersection(const Sector3& s, bool exclusive) const {
 
 Arc3::Hits Arc3::Intersection(const Arc3& o, bool exclusive) const {
     Found found;
-    if (!valid || !o.valid) return found.hits();
+    // Every point found is kept only when both arcs contain it, which an invalid arc never does.
+    if (!valid || !o.valid) return found.hits();  // mutate: off (see above)
     auto keep = [&](const Point3& x) {
         if (Contains(x, exclusive) && o.Contains(x, exclusive)) found.add(x, tol);
     };
