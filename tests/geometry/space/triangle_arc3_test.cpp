@@ -229,6 +229,10 @@ TEST(Arc3, MeetingPointsLieOnBothOperands) {
     EXPECT_EQ(nt, 1);
     ExpectNear(touch.first, Point3(1, 0, 0), 1e-12);
     EXPECT_EQ(q1.Intersection(Arc3(Point3(4, 0, 0), Point3(5, -1, 0), Point3(6, 0, 0))).second, 0);
+    // A plane tangent to the arc touches it once, at the foot of the centre.
+    const auto [foot, once] = q1.Intersection(Plane3(Point3(h, h, 0), Vector3(1, 1, 0)));
+    EXPECT_EQ(once, 1);
+    ExpectNear(foot.first, Point3(h, h, 0), 1e-12);
 }
 
 TEST(SpaceRelations, CollinearCoplanarAndPolygonNormals) {
