@@ -85,7 +85,8 @@ bool Arc3::Check() {
     // z along the triangle normal, so that the arc turns counter-clockwise from begin through
     // middle to end.
     const LocalPlane f(c, beg, c + tri.Normal() % (beg - c));
-    if (!f.isDefined()) return false;
+    // Three points with a circle centre are apart and off one line: the frame is always defined.
+    if (!f.isDefined()) return false;  // mutate: off (see above)
     const Point3 le = Local(f, end);
     double a = PolarAngle2(le.x, le.y);
     if (a < 0.0) a += kTwoPi;

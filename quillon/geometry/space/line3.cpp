@@ -121,7 +121,8 @@ bool Line3::is_parallel_to(const Plane3& pl, double e) const {
 std::pair<Point3, bool> Line3::intersection(const Plane3& pl) const {
     if (!is_line() || !pl.is_plane()) return {Point3(), false};
     if (is_parallel_to(pl)) {
-        if (pl.distance2(org) < kZero2) return {org, false};  // the line lies in the plane
+        // The line lies in the plane.
+        if (pl.distance2(org) < kZero2) return {org, false};  // mutate: off (at the bound)
         return {Point3(), false};
     }
     const double t = -(pl.normal() * org.vec() + pl.d) / (pl.normal() * dir);

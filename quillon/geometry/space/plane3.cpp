@@ -149,7 +149,8 @@ std::pair<Line3, bool> Plane3::intersection(const Plane3& pl) const {
     // common line, so the traces of the two planes in it meet at the line's point nearest to the
     // origin. In that frame n1 is the x axis and n2 = (cos θ, sin θ).
     const LocalPlane f(Point3::_OO, n1.pnt(), n2.pnt());
-    if (!f.isDefined()) return {Line3(), false};
+    // Normals whose cross product passed the check above always span a frame.
+    if (!f.isDefined()) return {Line3(), false};  // mutate: off (see above)
     const Line2 trace1(1.0, 0.0, d1);
     const Line2 trace2(n2 * f.get_dir_x(), n2 * f.get_dir_y(), d2);
     const auto [q, ok] = trace1.intersection(trace2, 0.0);
