@@ -105,6 +105,7 @@ TEST(Line3, PlaneCutsAndProjections) {
     EXPECT_FALSE(z0.contains(Line3(Point3(3, 4, 1e-9), Vector3(1, 1, 0))));
     EXPECT_TRUE(z0.contains(Line3(Point3(3, 4, 0.005), Vector3(1, 1, 0)), 0.01));
     EXPECT_TRUE(Line3(Point3(), Vector3(1, 0, 1e-11)).is_parallel_to(z0));
+    EXPECT_FALSE(Line3(Point3(), Vector3(1, 0, 1e-11)).is_parallel_to(z0, 0.0)) << "taken as given";
     EXPECT_FALSE(Line3(Point3(), Vector3(1, 0, 1e-9)).is_parallel_to(z0));
     // A zero direction is parallel to nothing; a line shorter than its tolerance lies in no plane.
     EXPECT_FALSE(Line3(Point3(), Vector3()).is_parallel_to(z0) ||

@@ -144,6 +144,10 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
     ExpectNear(line.GetBetween(0.5), Point3(0, 0, 0), 0.0);  // no arc: its begin
     Point3 untouched(5, 5, 5);
     EXPECT_FALSE(line.GetExtents(untouched, untouched));
+    // A half circle in z = 0: its top lies between the ends, on an axis of the frame.
+    ASSERT_TRUE(
+        Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).GetExtents(untouched, untouched));
+    EXPECT_NEAR(untouched.y, 1.0, 1e-12);
 }
 
 TEST(Arc3, ToleranceIsBothALengthAndAFractionOfTheSweep) {
