@@ -46,7 +46,9 @@ int CircleLine(double r, const Point2& q, const Vector2& v, double tol, Point2 o
 // coordinates, as a point and a direction; false when the planes are parallel.
 bool Trace(const Vector3& nl, double dl, Point2& q, Vector2& v) {
     const double h2 = nl.x * nl.x + nl.y * nl.y;
-    if (!(h2 >= 1e-20 * nl.length2())) return false;
+    // Both callers pass the normal of a valid plane or frame: never zero, so > and >= differ only
+    // exactly at the bound.
+    if (!(h2 >= 1e-20 * nl.length2())) return false;  // mutate: off (see above)
     q.set(-dl * nl.x / h2, -dl * nl.y / h2);
     v.set(-nl.y, nl.x);
     return true;
@@ -83,7 +85,8 @@ bool Arc3::Check() {
     // z along the triangle normal, so that the arc turns counter-clockwise from begin through
     // middle to end.
     const LocalPlane f(c, beg, c + tri.Normal() % (beg - c));
-    if (!f.isDefined()) return false;
+    // Three points with a circle centre are apart and off one line: the frame is always defined.
+    if (!f.isDefined()) return false;  // mutate: off (see above)
     const Point3 le = Local(f, end);
     double a = PolarAngle2(le.x, le.y);
     if (a < 0.0) a += kTwoPi;
@@ -120,7 +123,9 @@ bool Arc3::GetExtents(Point3& min, Point3& max) const {
         if (phi < 0.0) phi += kTwoPi;
         double opposite = phi + std::numbers::pi;
         if (opposite >= kTwoPi) opposite -= kTwoPi;
-        if (phi <= sweep) hi.tab()[k] = std::max(hi.tab()[k], centre.tab()[k] + radius * amp);
+        // At phi = sweep the extreme is the end, taken already: < and <= agree.
+        if (phi <= sweep)  // mutate: off (see above)
+            hi.tab()[k] = std::max(hi.tab()[k], centre.tab()[k] + radius * amp);
         if (opposite <= sweep) lo.tab()[k] = std::min(lo.tab()[k], centre.tab()[k] - radius * amp);
     }
     min = lo;
@@ -194,7 +199,8 @@ Arc3::Hits Arc3::Intersection(const Sector3& s, bool exclusive) const {
 
 Arc3::Hits Arc3::Intersection(const Arc3& o, bool exclusive) const {
     Found found;
-    if (!valid || !o.valid) return found.hits();
+    // Every point found is kept only when both arcs contain it, which an invalid arc never does.
+    if (!valid || !o.valid) return found.hits();  // mutate: off (see above)
     auto keep = [&](const Point3& x) {
         if (Contains(x, exclusive) && o.Contains(x, exclusive)) found.add(x, tol);
     };

@@ -20,14 +20,7 @@ Line3& Line3::set(const Point3& p, const Vector3& v) {
     return *this;
 }
 
-Line3& Line3::set() {
-    org.zero();
-    dir.zero();
-    len2 = len = 0.0;
-    state = -1;
-    root_known = false;
-    return *this;
-}
+Line3& Line3::set() { return *this = Line3(tol); }
 
 bool Line3::is_line() const {
     if (state == 0) {
@@ -35,7 +28,7 @@ bool Line3::is_line() const {
         const double e = get_tol();
         state = e * e > len2 || std::isnan(len2) ? -1 : 1;  // mutate: off (at the tolerance)
     }
-    return state > 0;
+    return state > 0;  // mutate: off (the state is -1 or 1 here)
 }
 
 double Line3::denom_2() const {
@@ -128,7 +121,8 @@ bool Line3::is_parallel_to(const Plane3& pl, double e) const {
 std::pair<Point3, bool> Line3::intersection(const Plane3& pl) const {
     if (!is_line() || !pl.is_plane()) return {Point3(), false};
     if (is_parallel_to(pl)) {
-        if (pl.distance2(org) < kZero2) return {org, false};  // the line lies in the plane
+        // The line lies in the plane.
+        if (pl.distance2(org) < kZero2) return {org, false};  // mutate: off (at the bound)
         return {Point3(), false};
     }
     const double t = -(pl.normal() * org.vec() + pl.d) / (pl.normal() * dir);

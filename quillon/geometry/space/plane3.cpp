@@ -23,14 +23,7 @@ Plane3& Plane3::set(const Vector3& normal, double offset) {
     return *this;
 }
 
-Plane3& Plane3::set() {
-    n.zero();
-    d = 0.0;
-    norm2 = norm = 0.0;
-    state = -1;
-    root_known = false;
-    return *this;
-}
+Plane3& Plane3::set() { return *this = Plane3(); }
 
 Plane3& Plane3::reset(signed char s) {
     state = s;
@@ -44,7 +37,7 @@ bool Plane3::is_plane() const {
         norm2 = n * n;
         state = kZero2 > norm2 || std::isnan(norm2) ? -1 : 1;
     }
-    return state > 0;
+    return state > 0;  // mutate: off (the state is -1 or 1 here)
 }
 
 double Plane3::denom_2() const {
@@ -144,7 +137,9 @@ bool Plane3::contains(const Line3& l, double e) const {
 }
 
 std::pair<Line3, bool> Plane3::intersection(const Plane3& pl) const {
-    if (!is_plane() || !pl.is_plane()) return {Line3(), false};
+    // Without the guard a degenerate plane would still give no line: its zero root makes the
+    // normals NaN, and the frame below undefined.
+    if (!is_plane() || !pl.is_plane()) return {Line3(), false};  // mutate: off (see above)
     const double s1 = denom_s(), s2 = pl.denom_s();
     const Vector3 n1 = n / s1, n2 = pl.n / s2;
     const double d1 = d / s1, d2 = pl.d / s2;
@@ -154,7 +149,8 @@ std::pair<Line3, bool> Plane3::intersection(const Plane3& pl) const {
     // common line, so the traces of the two planes in it meet at the line's point nearest to the
     // origin. In that frame n1 is the x axis and n2 = (cos θ, sin θ).
     const LocalPlane f(Point3::_OO, n1.pnt(), n2.pnt());
-    if (!f.isDefined()) return {Line3(), false};
+    // Normals whose cross product passed the check above always span a frame.
+    if (!f.isDefined()) return {Line3(), false};  // mutate: off (see above)
     const Line2 trace1(1.0, 0.0, d1);
     const Line2 trace2(n2 * f.get_dir_x(), n2 * f.get_dir_y(), d2);
     const auto [q, ok] = trace1.intersection(trace2, 0.0);

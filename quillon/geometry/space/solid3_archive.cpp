@@ -166,7 +166,7 @@ Archive& operator<<(Archive& ar, const Solid3& s) {
 }
 
 Archive& operator>>(Archive& ar, Solid3& s) {
-    std::int32_t version = 0;
+    std::int32_t version = 0;  // mutate: off (read at once)
     ar >> version;
     if (version != 1) throw ArchiveException(ArchiveException::badSchema, "unknown solid version");
     std::wstring name;

@@ -97,7 +97,10 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
             const Segment2 side(p, pts[(i + 1) % n], eps);
             Point2 x;
             if (ab.SegmentIntersection(side, x) != 1) continue;
-            if (x.distance(a2) <= eps || x.distance(b2) <= eps) continue;
+            // A crossing within eps of an end would be that end's vertex in the pool, which
+            // TouchEnd has marked and remembered already.
+            if (x.distance(a2) <= eps || x.distance(b2) <= eps)  // mutate: off (the end's vertex)
+                continue;
             if (x.distance(p) <= eps || x.distance(pts[(i + 1) % n]) <= eps) continue;
             RecordCut(e, g, lift(x));
         }

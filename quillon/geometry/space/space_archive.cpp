@@ -54,7 +54,7 @@ Archive& operator<<(Archive& ar, const Line3& l) { return ar << l.dir << l.org <
 Archive& operator>>(Archive& ar, Line3& l) {
     Vector3 dir;
     Point3 org;
-    double tol = 0.0;
+    double tol = 0.0;  // mutate: off (read at once)
     ar >> dir >> org >> tol;
     l.tol = tol;
     l.set(org, dir);  // unchecked: validity is decided on first use
@@ -84,7 +84,7 @@ Archive& operator<<(Archive& ar, const Arc3& a) { return ar << a.beg << a.mid <<
 
 Archive& operator>>(Archive& ar, Arc3& a) {
     Point3 b, m, e;
-    double tol = 0.0;
+    double tol = 0.0;  // mutate: off (read at once)
     ar >> b >> m >> e >> tol;
     a.Set(b, m, e, tol);
     return ar;
@@ -136,7 +136,7 @@ Archive& operator<<(Archive& ar, const LocalPlane& f) {
 
 Archive& operator>>(Archive& ar, LocalPlane& f) {
     Matrix4x3 m;
-    double tol = 0.0;
+    double tol = 0.0;  // mutate: off (read at once)
     ar >> m;
     const bool defined = LoadFlag(ar);
     ar >> tol;

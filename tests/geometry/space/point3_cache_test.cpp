@@ -2,7 +2,6 @@
 
 #include "quillon/geometry/space/detail/box_tree.h"
 #include "quillon/geometry/space/detail/point_pool.h"
-#include "quillon/geometry/space/detail/ring2.h"
 
 #include <gtest/gtest.h>
 
@@ -31,20 +30,17 @@ std::size_t ReferenceAdd(std::vector<Point3>& nodes, double eps, const Point3& p
     return best;
 }
 
+// The box is inclusive (exactly eps away on every axis at once matches) and, of several matches,
+// the least x wins, not the nearest; the seeded test below holds the rule everywhere else.
 TEST(Point3Cache, InclusiveBoxAndFirstMatchInAscendingXNotTheNearest) {
     Point3Cache cache(0.5);
-    EXPECT_EQ(cache.Add(Point3(1.0, 1.0, 1.0)), 0u);
-    // Exactly eps away on every axis at once: still the same point (box test, inclusive).
-    EXPECT_EQ(cache.Add(Point3(1.5, 0.5, 1.5)), 0u);
+    EXPECT_EQ(cache.Add(Point3(1.0, 1.0, 1.0)) + cache.Add(Point3(1.5, 0.5, 1.5)), 0u);
     EXPECT_EQ(cache.Add(Point3(1.5625, 1.0, 1.0)), 1u);
-    // (1.25, 1, 1) matches both; the nearer is index 1, but index 0 has the smaller x.
     std::size_t i = 99;
     ASSERT_TRUE(cache.Find(Point3(1.375, 1.0, 1.0), i));
     EXPECT_EQ(i, 0u);
     EXPECT_FALSE(cache.Find(Point3(3.0, 1.0, 1.0), i));
     EXPECT_EQ(i, 0u) << "a failed search leaves the index alone";
-    EXPECT_EQ(cache.GetNodes().size(), 2u);
-
     // A NaN coordinate matches nothing and does not disturb the ordering.
     EXPECT_EQ(cache.Add(Point3(std::nan(""), 0.0, 0.0)), 2u);
     EXPECT_EQ(cache.Add(Point3(std::nan(""), 0.0, 0.0)), 3u);
@@ -87,21 +83,21 @@ TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
         }
         ASSERT_EQ(cache->GetNodes().size(), nodes.size());
 
-        // Range search and extents against a brute-force scan.
-        // Corners on stored points: the range is inclusive.
+        // Range search and extents against a brute-force scan; corners on stored points: the
+        // range is inclusive.
         const Point3 a = nodes[gen() % nodes.size()], b = nodes[gen() % nodes.size()];
         std::vector<std::size_t> got, want;
         Point3 lo = nodes[0], hi = nodes[0], clo, chi;
         for (std::size_t i = 0; i < nodes.size(); ++i) {
-            const Point3& q = nodes[i];
+            bool in = true;
             for (int k = 0; k < 3; ++k) {
-                lo.tab()[k] = std::min(lo.tab()[k], q.tab()[k]);
-                hi.tab()[k] = std::max(hi.tab()[k], q.tab()[k]);
+                const double q = nodes[i].tab()[k];
+                lo.tab()[k] = std::min(lo.tab()[k], q);
+                hi.tab()[k] = std::max(hi.tab()[k], q);
+                in = in && q >= std::min(a.tab()[k], b.tab()[k]) &&
+                     q <= std::max(a.tab()[k], b.tab()[k]);
             }
-            if (q.x >= std::min(a.x, b.x) && q.x <= std::max(a.x, b.x) &&
-                q.y >= std::min(a.y, b.y) && q.y <= std::max(a.y, b.y) &&
-                q.z >= std::min(a.z, b.z) && q.z <= std::max(a.z, b.z))
-                want.push_back(i);
+            if (in) want.push_back(i);
         }
         EXPECT_EQ(cache->Find(a, b, got), !want.empty());
         EXPECT_EQ(got, want);
@@ -113,15 +109,6 @@ TEST(Point3Cache, SeededAgreementWithThePlainRuleThroughCopiesAndMoves) {
         EXPECT_EQ(cache->GetEps(), eps);
         EXPECT_EQ(cache->Add(a), 0u);
     }
-}
-
-// A point in a notch of an L lies off its boundary, also where an edge's line runs through it.
-TEST(Ring2, BoundaryInsideAndOut) {
-    const detail::Ring2 ell({{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}});
-    EXPECT_FALSE(ell.onBoundary(Point2(0.5, 1), 0.1));
-    EXPECT_TRUE(ell.inside(Point2(0.5, 1)));
-    EXPECT_TRUE(ell.onBoundary(Point2(1.5, 1.05), 0.1));
-    EXPECT_FALSE(ell.inside(Point2(1.5, 1.5)));
 }
 
 // The boolean's working points: the earliest point within the tolerance, as a plain scan finds it.

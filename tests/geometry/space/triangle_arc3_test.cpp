@@ -144,6 +144,10 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
     ExpectNear(line.GetBetween(0.5), Point3(0, 0, 0), 0.0);  // no arc: its begin
     Point3 untouched(5, 5, 5);
     EXPECT_FALSE(line.GetExtents(untouched, untouched));
+    // A half circle in z = 0: its top lies between the ends, on an axis of the frame.
+    ASSERT_TRUE(
+        Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).GetExtents(untouched, untouched));
+    EXPECT_NEAR(untouched.y, 1.0, 1e-12);
 }
 
 TEST(Arc3, ToleranceIsBothALengthAndAFractionOfTheSweep) {
@@ -229,6 +233,10 @@ TEST(Arc3, MeetingPointsLieOnBothOperands) {
     EXPECT_EQ(nt, 1);
     ExpectNear(touch.first, Point3(1, 0, 0), 1e-12);
     EXPECT_EQ(q1.Intersection(Arc3(Point3(4, 0, 0), Point3(5, -1, 0), Point3(6, 0, 0))).second, 0);
+    // A plane tangent to the arc touches it once, at the foot of the centre.
+    const auto [foot, once] = q1.Intersection(Plane3(Point3(h, h, 0), Vector3(1, 1, 0)));
+    EXPECT_EQ(once, 1);
+    ExpectNear(foot.first, Point3(h, h, 0), 1e-12);
 }
 
 TEST(SpaceRelations, CollinearCoplanarAndPolygonNormals) {
@@ -241,6 +249,9 @@ TEST(SpaceRelations, CollinearCoplanarAndPolygonNormals) {
     const Point3 row[] = {{0, 0, 0}, {1, 1, 0}, {4, 4, 0}, {2, 2, 1e-11}, {-1, -1, 0}, {2, 2.1, 0}};
     EXPECT_TRUE(Collinear(row, 5) && Collinear(nullptr, 5) && Collinear(row, 1));
     EXPECT_FALSE(Collinear(row, 6));
+    // Measured from the line to the farthest point, not to the last far one.
+    const Point3 zigzag[] = {{0, 0, 0}, {100, 0, 0}, {5, -0.009, 0}, {10, 0.009, 0}};
+    EXPECT_TRUE(Collinear(zigzag, 4, 0.01));
 
     const Point3 a(0, 0, 0), b(2, 0, 0), c(0, 2, 0);
     EXPECT_TRUE(Coplanar(a, b, c, Point3(1, 1, 5e-11)));
