@@ -111,19 +111,22 @@ struct ShapeMaker {
     double Uniform(double lo, double hi) { return std::uniform_real_distribution<>(lo, hi)(rng); }
     int Pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng); }
 
+    // Every draw is its own statement: the order of a call's arguments is left to the compiler,
+    // and the seeded shapes must be the same under every compiler.
     ProComplexContour* Make(std::string& kind) {
         const int which = Pick(7);
         switch (which) {
             case 0: {
                 kind = "rectangle";
-                const double x = Grid(0, 3), y = Grid(0, 3);
-                return Shape(RectContour(x, y, x + Grid(0.5, 3), y + Grid(0.5, 3)));
+                const double x = Grid(0, 3), y = Grid(0, 3), h = Grid(0.5, 3), w = Grid(0.5, 3);
+                return Shape(RectContour(x, y, x + w, y + h));
             }
             case 1:
             case 2: {
                 const bool star = which == 2;
                 kind = star ? "star" : "convex polygon";
-                const Point2 c(Grid(1, 3), Grid(1, 3));
+                const double cy = Grid(1, 3), cx = Grid(1, 3);
+                const Point2 c(cx, cy);
                 const int n = 3 + Pick(star ? 4 : 6);
                 const double r = Uniform(star ? 1 : 0.5, 2), phase = Uniform(0, 2 * kPi);
                 std::vector<Point2> pts;
@@ -144,16 +147,20 @@ struct ShapeMaker {
             }
             case 4: {
                 kind = "disc";
-                return Shape(CircleContour({Grid(0.5, 3.5), Grid(0.5, 3.5)}, Grid(0.5, 2),
-                                           Pick(2) ? 0.0 : Uniform(0, kPi)));
+                const double phase = Pick(2) ? 0.0 : Uniform(0, kPi), r = Grid(0.5, 2);
+                const double x = Grid(0.5, 3.5), y = Grid(0.5, 3.5);
+                return Shape(CircleContour({x, y}, r, phase));
             }
             case 5: {
                 kind = "annulus";
-                const Point2 c(Grid(1, 3), Grid(1, 3));
+                const double cy = Grid(1, 3), cx = Grid(1, 3);
+                const Point2 c(cx, cy);
                 const double r = Grid(1, 2);
-                const Point2 hc(c.x + Uniform(-0.2, 0.2), c.y + Uniform(-0.2, 0.2));
-                return Shape(CircleContour(c, r, Uniform(0, kPi)),
-                             {CircleContour(hc, r * Uniform(0.3, 0.6), Uniform(0, kPi))});
+                const double dy = Uniform(-0.2, 0.2), dx = Uniform(-0.2, 0.2);
+                const double holePhase = Uniform(0, kPi), ratio = Uniform(0.3, 0.6);
+                const double phase = Uniform(0, kPi);
+                return Shape(CircleContour(c, r, phase),
+                             {CircleContour({c.x + dx, c.y + dy}, r * ratio, holePhase)});
             }
             default: {
                 kind = "frame";
