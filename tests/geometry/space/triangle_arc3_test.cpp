@@ -137,8 +137,12 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
     EXPECT_FALSE(line.Set(Point3(0, 0, 0), Point3(1, 1, 1), Point3(2, 2, 2)) || line.IsArc() ||
                  line.Contains(Point3(1, 1, 1)));
     EXPECT_EQ(line.GetRadius() + line.GetSweep(), 0.0);
-    EXPECT_EQ(
-        Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).Intersection(Plane3()).second, 0);
+    // Bowed by 8e-11: the points span a plane, but their triangle is too thin for a circumcircle.
+    EXPECT_FALSE(Arc3().Set(Point3(0, 0, 0), Point3(1, 8e-11, 0), Point3(2, 0, 0)));
+    // A plane through three points 1e-11 off the z axis is degenerate and meets nothing.
+    const Plane3 thin(Point3(0, 0, 0), Point3(0, 0, 1), Point3(0, 1e-11, 0.5));
+    EXPECT_EQ(Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).Intersection(thin).second,
+              0);
     EXPECT_EQ(line.GetBetweenOff(Point3(1, 1, 1)), 0.0);
     EXPECT_EQ(line.Intersection(Plane3(Point3(), Vector3(1, 0, 0))).second, 0);
     ExpectNear(line.GetBetween(0.5), Point3(0, 0, 0), 0.0);  // no arc: its begin
