@@ -104,6 +104,8 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
         EXPECT_NEAR(arc.GetRadius(), ra.r, 1e-9);
         EXPECT_NEAR(arc.GetSweep(), ra.sweep, 1e-9);
         ExpectNear(arc.GetCenter(), ra.frame.zero(), 1e-9);
+        const Vector3 n = arc.GetNormal();  // the base surface: through the centre, facing n
+        EXPECT_NEAR(arc.GetBaseSurface().signed_distance(arc.GetCenter() + n), n.length(), 1e-9);
         // The frame's z is the triangle normal, so the middle point lies on the arc.
         ExpectNear(arc.GetLocalPlane().get_dir_z(), arc.GetNormal().get_normalized());
         EXPECT_TRUE(arc.Contains(arc.GetMiddle(), true));
@@ -135,7 +137,7 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
     }
     Arc3 line;
     EXPECT_FALSE(line.Set(Point3(0, 0, 0), Point3(1, 1, 1), Point3(2, 2, 2)) || line.IsArc() ||
-                 line.Contains(Point3(1, 1, 1)));
+                 line.Contains(Point3(1, 1, 1)) || line.GetBaseSurface().is_plane());
     EXPECT_EQ(line.GetRadius() + line.GetSweep(), 0.0);
     // Bowed by 8e-11: the points span a plane, but their triangle is too thin for a circumcircle.
     EXPECT_FALSE(Arc3().Set(Point3(0, 0, 0), Point3(1, 8e-11, 0), Point3(2, 0, 0)));
