@@ -234,10 +234,12 @@ TEST(Arc3, MeetingPointsLieOnBothOperands) {
     ExpectNear(shared.first, Point3(0, 1, 0), 0.0);
     EXPECT_EQ(q1.Intersection(q2, true).second, 0);
     EXPECT_EQ(q1.Intersection(Arc3(Point3(0, -1, 0), Point3(1, 0, 0), Point3(0, 1, 0))).second, 2);
+    // Circles apart by half the tolerance touch midway.
+    const double g = 0.5 * Arc3::eps;
     const auto [touch, nt] =
-        q1.Intersection(Arc3(Point3(1, 0, 0), Point3(2, -1, 0), Point3(3, 0, 0)));
+        q1.Intersection(Arc3(Point3(1 + g, 0, 0), Point3(2 + g, -1, 0), Point3(3 + g, 0, 0)));
     EXPECT_EQ(nt, 1);
-    ExpectNear(touch.first, Point3(1, 0, 0), 1e-12);
+    ExpectNear(touch.first, Point3(1 + g / 2, 0, 0), 1e-12);
     EXPECT_EQ(q1.Intersection(Arc3(Point3(4, 0, 0), Point3(5, -1, 0), Point3(6, 0, 0))).second, 0);
     // A plane tangent to the arc touches it once, at the foot of the centre.
     const auto [foot, once] = q1.Intersection(Plane3(Point3(h, h, 0), Vector3(1, 1, 0)));
