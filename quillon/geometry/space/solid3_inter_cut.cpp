@@ -106,7 +106,10 @@ void Solid3Inter::CutEdgeInPlane(std::uint32_t e, std::uint32_t g) {
         }
     };
     visit(G.loop, G.outline);
-    for (std::size_t h = 0; h < G.holes.size(); ++h) visit(G.holes[h], G.holeOutlines[h]);
+    // Every side of a hole also bounds a face beyond it, whose cut finds the same point: a hole
+    // visited or skipped gives the same pool vertex.
+    for (std::size_t h = 0; h < G.holes.size(); ++h)  // mutate: off (see above)
+        visit(G.holes[h], G.holeOutlines[h]);
 }
 
 void Solid3Inter::CutEdgeByFace(std::uint32_t e, std::uint32_t g) {

@@ -82,6 +82,8 @@ TEST(Plane3, BothPlaneIntersectionsLieInBothPlanes) {
     const Plane3 xy1(Vector3(1, 1, 0), -1.0), z3(Vector3(0, 0, 1), -3.0);
     ExpectNear(xy1.intersectionEx(z3).first.origin(), Point3(1, 0, 3), 0.0);  // |Dxz| = |Dyz|
     ExpectNear(xy1.intersection(z3).first.origin(), Point3(0.5, 0.5, 3));
+    const Plane3 y2(Vector3(0, 1, 0), -2.0), xz3(Vector3(1, 0, 1), -3.0);
+    ExpectNear(y2.intersectionEx(xz3).first.origin(), Point3(3, 2, 0), 0.0);  // |Dxy| = |Dyz|
 
     // Parallel planes give a degenerate line and false in both routines.
     const Plane3 p1(Point3(0, 0, 1), Vector3(1, 2, 3)), p2(Point3(0, 0, 5), Vector3(-2, -4, -6));

@@ -299,6 +299,12 @@ TEST(Solid3Inter, AHoleOfThreeCornersStaysAHole) {
     ASSERT_TRUE(cut.ok);
     EXPECT_TRUE(Closed(cut.solid));
     EXPECT_NEAR(Volume(cut.solid), 16 - 2 - 2, 1e-12);
+    // A block standing on the plate across the hole's rim: its bottom edges lie in the plate's top
+    // and cross the hole's sides there, where the part of its underside over the hole splits off.
+    const Outcome on = Boolean(plate, Box({1.2, 2, 1}, {5, 5, 2}), BOOL_UNION);
+    ASSERT_TRUE(on.ok);
+    EXPECT_TRUE(Closed(on.solid));
+    EXPECT_NEAR(Volume(on.solid), 14 + 3.8 * 3, 1e-9);
 }
 
 }  // namespace

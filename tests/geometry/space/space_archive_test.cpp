@@ -215,8 +215,10 @@ TEST(Solid3Archive, SeededRoundTripsAndDamagedDataLeaveTheTargetAsItWas) {
     broken.AddFace(Face3(Mvector<std::uint32_t>{0, 0, 1}));
     EXPECT_EQ(LoadSolid(StoredSolid(broken), t), 5);
     broken.Face()[0].loop = {0, 0, 0};
-    broken.Edge().Add(Edge3d(0, 1));
-    EXPECT_EQ(LoadSolid(StoredSolid(broken), t), 5) << "an edge to a vertex the solid lacks";
+    for (const Edge3d& e : {Edge3d(0, 1), Edge3d(1, 0)}) {
+        broken.Edge().assign(1, e);
+        EXPECT_EQ(LoadSolid(StoredSolid(broken), t), 5) << "an edge to a vertex the solid lacks";
+    }
     broken.Edge().clear();
     broken.Face()[0].material = 0;
     EXPECT_EQ(LoadSolid(StoredSolid(broken), t), 5);

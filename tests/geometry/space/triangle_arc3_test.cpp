@@ -104,6 +104,8 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
         EXPECT_NEAR(arc.GetRadius(), ra.r, 1e-9);
         EXPECT_NEAR(arc.GetSweep(), ra.sweep, 1e-9);
         ExpectNear(arc.GetCenter(), ra.frame.zero(), 1e-9);
+        const Vector3 n = arc.GetNormal();  // the base surface: through the centre, facing n
+        EXPECT_NEAR(arc.GetBaseSurface().signed_distance(arc.GetCenter() + n), n.length(), 1e-9);
         // The frame's z is the triangle normal, so the middle point lies on the arc.
         ExpectNear(arc.GetLocalPlane().get_dir_z(), arc.GetNormal().get_normalized());
         EXPECT_TRUE(arc.Contains(arc.GetMiddle(), true));
@@ -135,10 +137,14 @@ TEST(Arc3, ArcPassesThroughItsThreePointsAndReportsItsShape) {
     }
     Arc3 line;
     EXPECT_FALSE(line.Set(Point3(0, 0, 0), Point3(1, 1, 1), Point3(2, 2, 2)) || line.IsArc() ||
-                 line.Contains(Point3(1, 1, 1)));
+                 line.Contains(Point3(1, 1, 1)) || line.GetBaseSurface().is_plane());
     EXPECT_EQ(line.GetRadius() + line.GetSweep(), 0.0);
-    EXPECT_EQ(
-        Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).Intersection(Plane3()).second, 0);
+    // Bowed by 8e-11: the points span a plane, but their triangle is too thin for a circumcircle.
+    EXPECT_FALSE(Arc3().Set(Point3(0, 0, 0), Point3(1, 8e-11, 0), Point3(2, 0, 0)));
+    // A plane through three points 1e-11 off the z axis is degenerate and meets nothing.
+    const Plane3 thin(Point3(0, 0, 0), Point3(0, 0, 1), Point3(0, 1e-11, 0.5));
+    EXPECT_EQ(Arc3(Point3(1, 0, 0), Point3(0, 1, 0), Point3(-1, 0, 0)).Intersection(thin).second,
+              0);
     EXPECT_EQ(line.GetBetweenOff(Point3(1, 1, 1)), 0.0);
     EXPECT_EQ(line.Intersection(Plane3(Point3(), Vector3(1, 0, 0))).second, 0);
     ExpectNear(line.GetBetween(0.5), Point3(0, 0, 0), 0.0);  // no arc: its begin
@@ -228,10 +234,12 @@ TEST(Arc3, MeetingPointsLieOnBothOperands) {
     ExpectNear(shared.first, Point3(0, 1, 0), 0.0);
     EXPECT_EQ(q1.Intersection(q2, true).second, 0);
     EXPECT_EQ(q1.Intersection(Arc3(Point3(0, -1, 0), Point3(1, 0, 0), Point3(0, 1, 0))).second, 2);
+    // Circles apart by half the tolerance touch midway.
+    const double g = 0.5 * Arc3::eps;
     const auto [touch, nt] =
-        q1.Intersection(Arc3(Point3(1, 0, 0), Point3(2, -1, 0), Point3(3, 0, 0)));
+        q1.Intersection(Arc3(Point3(1 + g, 0, 0), Point3(2 + g, -1, 0), Point3(3 + g, 0, 0)));
     EXPECT_EQ(nt, 1);
-    ExpectNear(touch.first, Point3(1, 0, 0), 1e-12);
+    ExpectNear(touch.first, Point3(1 + g / 2, 0, 0), 1e-12);
     EXPECT_EQ(q1.Intersection(Arc3(Point3(4, 0, 0), Point3(5, -1, 0), Point3(6, 0, 0))).second, 0);
     // A plane tangent to the arc touches it once, at the foot of the centre.
     const auto [foot, once] = q1.Intersection(Plane3(Point3(h, h, 0), Vector3(1, 1, 0)));
