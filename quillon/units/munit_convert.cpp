@@ -157,11 +157,20 @@ int MUnit::cmpUnit(double a, double b, MUNIT_TYPES id) const {
     return b > a ? -1 : 1;  // mutate: off (equal values were answered just above)
 }
 
-// All four through cmpUnit, so that values shown alike are equal however near they are.
-bool MUnit::gtUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) > 0; }
-bool MUnit::gtEqUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) >= 0; }
-bool MUnit::lsUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) < 0; }
-bool MUnit::lsEqUnit(double a, double b, MUNIT_TYPES id) const { return cmpUnit(a, b, id) <= 0; }
+// Each written out, not through cmpUnit: a value that is not a number is then neither greater
+// nor less than another. Equal values were answered by eqUnit, so `>` and `>=` agree below.
+bool MUnit::gtUnit(double a, double b, MUNIT_TYPES id) const {
+    return !eqUnit(a, b, id) && a > b;  // mutate: off (see above)
+}
+bool MUnit::gtEqUnit(double a, double b, MUNIT_TYPES id) const {
+    return eqUnit(a, b, id) || a > b;  // mutate: off (see above)
+}
+bool MUnit::lsUnit(double a, double b, MUNIT_TYPES id) const {
+    return !eqUnit(a, b, id) && b > a;  // mutate: off (see above)
+}
+bool MUnit::lsEqUnit(double a, double b, MUNIT_TYPES id) const {
+    return eqUnit(a, b, id) || b > a;  // mutate: off (see above)
+}
 
 std::wstring MUnit::GetDecimalSep() {
     // The locale item is read into a buffer of 12 characters, terminator included: a longer one

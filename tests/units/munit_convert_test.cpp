@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <set>
 #include <tuple>
@@ -165,6 +166,10 @@ TEST_F(ConvertTest, ComparisonsAsDisplayedAroundZero) {
     EXPECT_FALSE(mu.eqUnit(-0.01, 0.01, m) || mu.eqUnit(-0.006, 0.0, m));
     EXPECT_TRUE(mu.eqUnit(1.004, 1.001, m) && !mu.eqUnit(1.004, 1.006, m));
     EXPECT_EQ(mu.cmpUnit(-0.01, 0.01, m), -1);  // the direction; the rest follows below
+    // A value that is not a number is neither greater nor less than another.
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_FALSE(mu.gtUnit(nan, 1.0, m) || mu.lsUnit(nan, 1.0, m) || mu.gtUnit(1.0, nan, m) ||
+                 mu.lsUnit(1.0, nan, m));
 
     // Exactly one of less, equal, greater holds, and the six functions agree with it.
     std::mt19937 rng(11);
