@@ -61,8 +61,11 @@ Point2 LAS_NodeInfo::GetElementTangentialPoint(LAS_Element* e) const {
 }
 
 double LAS_NodeInfo::GetClockAngle(double a) const {
-    // a lies in [0, 2π): one wrap brings 5π/2 - a into [0, 2π), exactly (fmod does not round).
-    return std::fmod(5.0 * kPi / 2.0 - a, kTwoPi);
+    // Written as two cases, not one fmod of 5π/2 - a: that rounds differently in the first
+    // quadrant, and tangent ties round a node are settled on exactly equal clock angles. Where the
+    // two cases meet, the other one would only shift an angle by a whole turn.
+    if (a >= 0.0 && a <= kPi / 2.0) return kPi / 2.0 - a;  // mutate: off (see above)
+    return 5.0 * kPi / 2.0 - a;
 }
 
 double LAS_NodeInfo::GetClockAngle(const Point2& p) const {
